@@ -1,0 +1,11 @@
+# vantrel_add_test(NAME source...): one Qt Test program per subject, run headless by CTest.
+function(vantrel_add_test name)
+    add_executable(${name} ${ARGN})
+    target_link_libraries(${name} PRIVATE vantrel vantrel_testsupport Qt6::Test)
+    target_compile_definitions(${name} PRIVATE
+        VANTREL_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES
+        ENVIRONMENT "QT_QPA_PLATFORM=offscreen"
+        TIMEOUT 300)
+endfunction()

@@ -1,0 +1,155 @@
+#include "TextFile.h"
+
+#include "TextCodec.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <cerrno>
+#include <utility>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace TextFile {
+
+namespace {
+
+class Fd
+{
+public:
+    explicit Fd(int fd = -1) : m_fd(fd) {}
+    ~Fd() { reset(); }
+    Fd(const Fd&) = delete;
+    Fd& operator=(const Fd&) = delete;
+    int get() const { return m_fd; }
+    int release() { return std::exchange(m_fd, -1); }
+    void reset(int fd = -1)
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+        m_fd = fd;
+    }
+
+private:
+    int m_fd;
+};
+
+int writeAll(int fd, const char* data, qsizetype size)
+{
+    while (size > 0) {
+        const ssize_t n = ::write(fd, data, size_t(size));
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return errno;
+        }
+        data += n;
+        size -= n;
+    }
+    return 0;
+}
+
+QByteArray temporaryNameFor(const QByteArray& target)
+{
+    const qsizetype slash = target.lastIndexOf('/');
+    const QByteArray folder = target.left(slash + 1);
+    const QByteArray name = target.mid(slash + 1);
+    const QByteArray suffix = QByteArray::number(QRandomGenerator::global()->generate64(), 36);
+    // Keep the temporary name short enough for the file system even when the target's is long.
+    return folder + '.' + name.left(200) + '.' + suffix + ".tmp";
+}
+
+} // namespace
+
+ReadResult readBytes(const QString& path)
+{
+    ReadResult result;
+    const QByteArray native = QFile::encodeName(path);
+    Fd fd(::open(native.constData(), O_RDONLY | O_CLOEXEC));
+    if (fd.get() < 0) {
+        result.error = RunError::fromErrno(errno, path);
+        return result;
+    }
+    struct stat st {};
+    if (::fstat(fd.get(), &st) == 0 && S_ISDIR(st.st_mode)) {
+        result.error = RunError::PathFileAccessError;
+        return result;
+    }
+    char buffer[65536];
+    for (;;) {
+        const ssize_t n = ::read(fd.get(), buffer, sizeof buffer);
+        if (n == 0)
+            break;
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            result.error = RunError::fromErrno(errno, path);
+            result.bytes.clear();
+            return result;
+        }
+        result.bytes.append(buffer, n);
+    }
+    return result;
+}
+
+RunError writeAtomically(const QString& path, const QByteArray& bytes)
+{
+    if (path.isEmpty())
+        return RunError::FileNotFound;
+    const QByteArray target = QFile::encodeName(QFileInfo(path).absoluteFilePath());
+
+    mode_t mode = 0666; // narrowed by the umask for a new file
+    bool replacing = false;
+    struct stat st {};
+    if (::stat(target.constData(), &st) == 0) {
+        if (S_ISDIR(st.st_mode))
+            return RunError::PathFileAccessError;
+        if (::faccessat(AT_FDCWD, target.constData(), W_OK, AT_EACCESS) != 0)
+            return RunError::fromErrno(errno, path);
+        mode = st.st_mode & 07777;
+        replacing = true;
+    }
+
+    QByteArray temporary;
+    Fd fd;
+    for (int attempt = 0; attempt < 100 && fd.get() < 0; ++attempt) {
+        temporary = temporaryNameFor(target);
+        fd.reset(::open(temporary.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        if (fd.get() < 0 && errno != EEXIST)
+            return RunError::fromErrno(errno, path);
+    }
+    if (fd.get() < 0)
+        return RunError::PathFileAccessError;
+
+    auto fail = [&](int err) {
+        fd.reset();
+        ::unlink(temporary.constData());
+        return RunError::fromErrno(err, path);
+    };
+    if (replacing && ::fchmod(fd.get(), mode) != 0 && errno != EPERM)
+        return fail(errno);
+    if (const int err = writeAll(fd.get(), bytes.constData(), bytes.size()))
+        return fail(err);
+    if (::fsync(fd.get()) != 0)
+        return fail(errno);
+    if (::close(fd.release()) != 0)
+        return fail(errno);
+    if (::rename(temporary.constData(), target.constData()) != 0)
+        return fail(errno);
+
+    // Make the rename itself durable; a failure here no longer endangers either file.
+    const qsizetype slash = target.lastIndexOf('/');
+    Fd folder(::open(target.left(std::max<qsizetype>(slash, 1)).constData(), O_RDONLY | O_DIRECTORY));
+    if (folder.get() >= 0)
+        ::fsync(folder.get());
+    return RunError::None;
+}
+
+RunError writeLines(const QString& path, const QStringList& lines)
+{
+    return writeAtomically(path, TextCodec::encode(TextCodec::joinLines(lines)));
+}
+
+} // namespace TextFile

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "RunError.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+// Whole-file reading and atomic replacement, with failures as run-time error numbers.
+namespace TextFile {
+
+struct ReadResult
+{
+    RunError error;
+    QByteArray bytes;
+};
+
+// Reads the whole file. A missing file is FileNotFound (or PathNotFound when its folder is missing).
+ReadResult readBytes(const QString& path);
+
+// Replaces `path` with `bytes` atomically: a temporary file in the same folder is written, synced
+// to disk and renamed over the old one, so a failure at any point leaves the old file as it was.
+// An existing file that may not be written is refused with PermissionDenied, as opening it for
+// output would be; a new file gets the usual permissions, a replaced file keeps its own.
+RunError writeAtomically(const QString& path, const QByteArray& bytes);
+
+// The program's text form: the lines, each ended by CR LF, in UTF-8.
+RunError writeLines(const QString& path, const QStringList& lines);
+
+} // namespace TextFile

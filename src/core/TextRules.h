@@ -1,0 +1,42 @@
+#pragma once
+
+#include "RunError.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// The string and number rules that the program's file formats were defined with.
+namespace TextRules {
+
+// Trims blanks (spaces only, not tabs) at both ends.
+QString trimSpaces(const QString& text);
+
+// The numeric value of the leading number in `text`: blanks, tabs and line feeds anywhere are
+// ignored, "&H" and "&O" start hexadecimal and octal numbers, 0 when there is no number.
+double val(const QString& text);
+
+// Rounds to a 16-bit Integer, halves to the even neighbour; Overflow outside -32768..32767.
+std::optional<int> toInteger(double value, RunError* error);
+
+// Rounds to a 32-bit Long, halves to the even neighbour; Overflow outside its range.
+std::optional<int32_t> toLong(double value, RunError* error);
+
+// A whole token as a number, as the sequential input reads it: "" is 0, anything not a number
+// is TypeMismatch.
+std::optional<double> parseNumberToken(const QString& token, RunError* error);
+
+// A value read as a whole line: one pair of enclosing double quotes is removed.
+QString stripEnclosingQuotes(const QString& line);
+
+// The values of a record file (lists, history, buttons): one per line, each taken whole with one
+// pair of enclosing quotes removed. The writers never put a comma into a line, so a comma can
+// only come from another program; it is kept as text.
+QStringList inputLines(const QString& text);
+
+// How the print statement writes a number: a blank in the sign place when it is not negative,
+// the digits, one trailing blank.
+QString printNumber(qint64 value);
+
+} // namespace TextRules

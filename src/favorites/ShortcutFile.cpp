@@ -1,0 +1,71 @@
+#include "ShortcutFile.h"
+
+#include "core/Globals.h"
+#include "core/ProfileString.h"
+#include "core/TextFile.h"
+#include "core/TextRules.h"
+
+namespace {
+const QString kFavoritesFolderMark = QStringLiteral("/Favorites");
+constexpr qsizetype kMaxExtensionDistance = 5;
+constexpr qsizetype kMaxNameLength = 250;
+} // namespace
+
+void ReadFavoriteFile(const QString& path)
+{
+    Globals& g = globals();
+    g.CurrentUrl = GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), path);
+    g.CurrentTitle = FavoritesRelativeName(path);
+    g.FavFolderSel = path;
+}
+
+QString FavoritesRelativeName(const QString& path)
+{
+    // Counted from 1 with 0 for "absent", as positions in this rule always were: the name starts
+    // after the mark and the separator that follows it. No special case for a missing mark.
+    const qsizetype position = path.indexOf(kFavoritesFolderMark) + 1;
+    return path.mid(position + kFavoritesFolderMark.size());
+}
+
+std::optional<QString> ShortcutFileName(const QString& title)
+{
+    if (TextRules::trimSpaces(title).isEmpty())
+        return std::nullopt;
+    QString name = title;
+    name.replace(u':', u'-').replace(u'|', u'-');
+
+    // A dot counts as the start of an extension only near the end of the name.
+    qsizetype dot = name.lastIndexOf(u'.');
+    if (dot >= 0 && name.size() - (dot + 1) > kMaxExtensionDistance)
+        dot = -1;
+    if (dot < 0)
+        name += QStringLiteral(".URL");
+    else if (name.mid(dot + 1, 3).toUpper() != QStringLiteral("URL"))
+        name = name.left(dot) + QStringLiteral(".URL"); // "example.com" becomes "example.URL"
+
+    // The cut comes after the extension was added, so a long title loses its ".URL".
+    if (name.size() > kMaxNameLength)
+        name.truncate(kMaxNameLength);
+
+    // Each "/" becomes "." and takes the character before it along: "a/b" becomes ".b".
+    for (qsizetype slash = name.indexOf(u'/'); slash >= 0; slash = name.indexOf(u'/')) {
+        if (slash == 0)
+            return std::nullopt;
+        name = name.left(slash - 1) + u'.' + name.mid(slash + 1);
+    }
+    return name;
+}
+
+bool CreateFavoriteFile(const QString& url, const QString& title, const QString& folder)
+{
+    const std::optional<QString> name = ShortcutFileName(title);
+    if (!name || name->contains(QChar(0)))
+        return false;
+    const QStringList lines = {
+        QStringLiteral("[DEFAULT]"),
+        QStringLiteral("BASEURL=") + url,
+        QStringLiteral("[InternetShortcut]"),
+        QStringLiteral("URL=") + url,
+    };
+    return TextFile::writeLines(folder + *name, lines).ok();
+}

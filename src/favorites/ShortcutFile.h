@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+// Internet Shortcut (.url) files in the user's Favorites folder: the address is the key "URL" of
+// the section "InternetShortcut"; the files written here hold exactly four lines.
+
+// Makes the shortcut at `path` the current page: CurrentUrl = its address ("" when it has none),
+// CurrentTitle = its name below the Favorites folder, FavFolderSel = `path`.
+void ReadFavoriteFile(const QString& path);
+
+// The part of `path` after "/Favorites/" (first occurrence, case-sensitive). Where the folder name
+// does not occur, the path less its first 10 characters, as it always has been.
+QString FavoritesRelativeName(const QString& path);
+
+// The file name a favourite titled `title` gets: ":" and "|" become "-", an extension other than
+// .URL is replaced by ".URL", the name is cut to 250 characters, and each "/" becomes "." together
+// with the character before it. None for a blank title or a "/" in first place.
+std::optional<QString> ShortcutFileName(const QString& title);
+
+// Writes a shortcut to `url` into `folder` (which ends with "/"), named from `title`, replacing a
+// file of the same name. False, silently, when nothing could be written.
+bool CreateFavoriteFile(const QString& url, const QString& title, const QString& folder);

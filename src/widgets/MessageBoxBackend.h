@@ -1,0 +1,14 @@
+#pragma once
+
+#include "core/DialogService.h"
+
+// Shows the program's messages and questions as real dialogs: QMessageBox with exactly the
+// buttons asked for, and QColorDialog for colours. Dialogs are modal and centred on the active
+// window.
+class MessageBoxBackend : public DialogService::Backend
+{
+public:
+    void showMessage(const QString& title, const QString& text) override;
+    DialogService::Answer askQuestion(const QString& title, const QString& text) override;
+    std::optional<QColor> chooseColor(const QString& title, const QColor& initial) override;
+};

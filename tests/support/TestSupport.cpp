@@ -1,0 +1,89 @@
+#include "TestSupport.h"
+
+#include "core/DialogService.h"
+#include "core/Globals.h"
+
+#include <QDir>
+#include <QFile>
+
+#include <csignal>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+constexpr uid_t kNobody = 65534;
+}
+
+TempAppFolder::TempAppFolder()
+{
+    resetGlobals();
+    DialogService::reset();
+    globals().AppPath = m_dir.path();
+}
+
+TempAppFolder::~TempAppFolder()
+{
+    DialogService::reset();
+}
+
+QByteArray readAll(const QString& path)
+{
+    QFile f(path);
+    if (!f.open(QIODevice::ReadOnly))
+        return QByteArray();
+    return f.readAll();
+}
+
+bool writeAll(const QString& path, const QByteArray& bytes)
+{
+    QFile f(path);
+    return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size();
+}
+
+QByteArray testData(const QString& name)
+{
+    return readAll(QStringLiteral(VANTREL_TEST_DATA "/") + name);
+}
+
+ReadOnlyFolder::ReadOnlyFolder(const QString& path)
+    : m_path(path), m_savedEuid(::geteuid()), m_savedEgid(::getegid())
+{
+    const QByteArray native = QFile::encodeName(path);
+    ::chmod(native.constData(), 0555);
+    if (m_savedEuid == 0) {
+        // An ordinary user must be able to reach the folder to be refused by it: open up the
+        // test's own temporary folders between it and the system's temporary folder.
+        const QByteArray tempRoot = QFile::encodeName(QDir::tempPath()) + '/';
+        for (QByteArray dir = native; dir.startsWith(tempRoot) && dir.size() > tempRoot.size();
+             dir = dir.left(dir.lastIndexOf('/'))) {
+            struct stat st {};
+            if (::stat(dir.constData(), &st) == 0)
+                ::chmod(dir.constData(), (st.st_mode & 07777) | 0005);
+        }
+        if (::setegid(kNobody) != 0 || ::seteuid(kNobody) != 0)
+            qFatal("cannot act as an ordinary user");
+    }
+}
+
+ReadOnlyFolder::~ReadOnlyFolder()
+{
+    if (m_savedEuid == 0) {
+        if (::seteuid(m_savedEuid) != 0 || ::setegid(m_savedEgid) != 0)
+            qFatal("cannot return to the test's own user");
+    }
+    ::chmod(QFile::encodeName(m_path).constData(), 0755);
+}
+
+FileSizeLimit::FileSizeLimit(rlim_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN); // the write fails with EFBIG instead of ending the test
+    ::getrlimit(RLIMIT_FSIZE, &m_saved);
+    rlimit limited = m_saved;
+    limited.rlim_cur = bytes;
+    ::setrlimit(RLIMIT_FSIZE, &limited);
+}
+
+FileSizeLimit::~FileSizeLimit()
+{
+    ::setrlimit(RLIMIT_FSIZE, &m_saved);
+}

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+#include <sys/types.h>
+
+// A fresh program folder for one test: AppPath points at it and the shared state and the dialog
+// service start from scratch.
+class TempAppFolder
+{
+public:
+    TempAppFolder();
+    ~TempAppFolder();
+    bool isValid() const { return m_dir.isValid(); }
+    QString path() const { return m_dir.path(); }
+    QString file(const QString& name) const { return m_dir.filePath(name); }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+QByteArray readAll(const QString& path);
+bool writeAll(const QString& path, const QByteArray& bytes);
+// The bytes of a file in tests/data.
+QByteArray testData(const QString& name);
+
+// Makes the folder read-only for the test's own user and checks permissions as an ordinary user
+// even when the tests run as root (root would otherwise write anywhere). Undone on destruction.
+class ReadOnlyFolder
+{
+public:
+    explicit ReadOnlyFolder(const QString& path);
+    ~ReadOnlyFolder();
+
+private:
+    QString m_path;
+    uid_t m_savedEuid;
+    gid_t m_savedEgid;
+};
+
+// Limits the size of any file this process writes, so that writing more fails as on a full disk.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes);
+    ~FileSizeLimit();
+
+private:
+    rlimit m_saved{};
+};
