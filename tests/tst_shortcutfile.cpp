@@ -1,0 +1,145 @@
+#include "TestSupport.h"
+#include "core/Globals.h"
+#include "favorites/ShortcutFile.h"
+
+#include <QDir>
+#include <QTest>
+
+class TestShortcutFile : public QObject
+{
+    Q_OBJECT
+
+    Globals& g = globals();
+
+private slots:
+    void fileNameFollowsTheNamingRules_data()
+    {
+        QTest::addColumn<QString>("title");
+        QTest::addColumn<QString>("name");
+        QTest::newRow("colon and bar") << "Home: Main|Page" << "Home- Main-Page.URL";
+        QTest::newRow("url extension in any case") << "news.url" << "news.url";
+        QTest::newRow("url prefix of a longer extension") << "news.URLX" << "news.URLX";
+        QTest::newRow("other extension replaced") << "My Site.html" << "My Site.URL";
+        QTest::newRow("domain loses its last part") << "example.com" << "example.URL";
+        QTest::newRow("version number") << "Release 1.5" << "Release 1.URL";
+        QTest::newRow("dot far from the end") << "Version 2.0 beta notes" << "Version 2.0 beta notes.URL";
+        QTest::newRow("plain") << "Plain" << "Plain.URL";
+        QTest::newRow("trailing dot") << "abc." << "abc.URL";
+        QTest::newRow("slash takes the character before it") << "a/b" << ".b.URL";
+        QTest::newRow("two slashes") << "one/two/three" << "on.tw.three.URL";
+        QTest::newRow("address as title") << "https://x.org/p" << "https.x.URL";
+        QTest::newRow("title kept untrimmed") << "  padded  " << "  padded  .URL";
+        QTest::newRow("other characters pass") << "a\\b?c*\"<>" << "a\\b?c*\"<>.URL";
+    }
+    void fileNameFollowsTheNamingRules()
+    {
+        QFETCH(QString, title);
+        QFETCH(QString, name);
+        const auto result = ShortcutFileName(title);
+        QVERIFY(result);
+        QCOMPARE(*result, name);
+    }
+    void longTitleIsCutAfterTheExtensionWasAdded()
+    {
+        const QString title(300, u'x');
+        const auto name = ShortcutFileName(title);
+        QVERIFY(name);
+        QCOMPARE(name->size(), 250);
+        QVERIFY(!name->endsWith(".URL"));
+        QCOMPARE(ShortcutFileName(QString(246, u'y'))->size(), 250);
+        QVERIFY(ShortcutFileName(QString(246, u'y'))->endsWith(".URL"));
+    }
+    void blankTitleOrLeadingSlashGivesNoName()
+    {
+        QVERIFY(!ShortcutFileName("   "));
+        QVERIFY(!ShortcutFileName(""));
+        QVERIFY(!ShortcutFileName("/etc"));
+        QVERIFY(ShortcutFileName("\tx")); // only spaces count as blank
+    }
+    void writtenFileMatchesTheFormatExactly()
+    {
+        QTemporaryDir dir;
+        QVERIFY(CreateFavoriteFile("https://www.example.org/a?b=c", "Example Page", dir.path() + "/"));
+        QCOMPARE(readAll(dir.filePath("Example Page.URL")), testData("shortcut.golden.url"));
+    }
+    void blankTitleReturnsFalseAndCreatesNothing()
+    {
+        QTemporaryDir dir;
+        QVERIFY(!CreateFavoriteFile("https://e.org/", "   ", dir.path() + "/"));
+        QVERIFY(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden).isEmpty());
+    }
+    void writingTwiceLeavesOneFileWithTheSecondAddress()
+    {
+        QTemporaryDir dir;
+        QVERIFY(CreateFavoriteFile("https://first.example/", "Same", dir.path() + "/"));
+        QVERIFY(CreateFavoriteFile("https://second.example/", "Same", dir.path() + "/"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files | QDir::Hidden), QStringList{"Same.URL"});
+        QVERIFY(readAll(dir.filePath("Same.URL")).contains("URL=https://second.example/\r\n"));
+        QVERIFY(!readAll(dir.filePath("Same.URL")).contains("first"));
+    }
+    void addressIsWrittenAsReceived()
+    {
+        QTemporaryDir dir;
+        const QString url = QString::fromUtf8("  https://e.org/ä b,c~d  ");
+        QVERIFY(CreateFavoriteFile(url, "Spaces", dir.path() + "/"));
+        QCOMPARE(readAll(dir.filePath("Spaces.URL")),
+                 QByteArray("[DEFAULT]\r\nBASEURL=") + url.toUtf8() + "\r\n[InternetShortcut]\r\nURL=" +
+                     url.toUtf8() + "\r\n");
+    }
+    void failuresReturnFalseSilently()
+    {
+        QTemporaryDir dir;
+        QVERIFY(!CreateFavoriteFile("u", "/leading slash", dir.path() + "/"));
+        QVERIFY(!CreateFavoriteFile("u", "fine", dir.filePath("missing") + "/"));
+        QVERIFY(!CreateFavoriteFile("u", QString("nul") + QChar(0) + "x", dir.path() + "/"));
+        QVERIFY(!CreateFavoriteFile("u", QString(240, u'é'), dir.path() + "/")); // too long for the file system
+        {
+            ReadOnlyFolder readOnly(dir.path());
+            QVERIFY(!CreateFavoriteFile("u", "denied", dir.path() + "/"));
+        }
+        QVERIFY(QDir(dir.path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden).isEmpty());
+    }
+    void relativeNameFollowsTheFavoritesFolder()
+    {
+        QCOMPARE(FavoritesRelativeName("/home/a/Favorites/Links/News.url"), QStringLiteral("Links/News.url"));
+        QCOMPARE(FavoritesRelativeName("/home/a/Favorites/News.url"), QStringLiteral("News.url"));
+        // First occurrence, case-sensitive.
+        QCOMPARE(FavoritesRelativeName("/x/Favorites/Favorites/a.url"), QStringLiteral("Favorites/a.url"));
+        QCOMPARE(FavoritesRelativeName("/x/favorites/Favorites/a.url"), QStringLiteral("a.url"));
+        // Without the folder name the path simply loses its first ten characters.
+        QCOMPARE(FavoritesRelativeName("/home/a/Bookmarks/x.url"), QStringLiteral("okmarks/x.url"));
+        QCOMPARE(FavoritesRelativeName("short"), QString());
+    }
+    void readingMakesTheShortcutCurrent()
+    {
+        resetGlobals();
+        QTemporaryDir dir;
+        const QString folder = dir.filePath("Favorites/Links");
+        QVERIFY(QDir().mkpath(folder));
+        QVERIFY(CreateFavoriteFile("https://news.example/", "News", folder + "/"));
+        const QString path = folder + "/News.URL";
+        ReadFavoriteFile(path);
+        QCOMPARE(g.CurrentUrl, QStringLiteral("https://news.example/"));
+        QCOMPARE(g.CurrentTitle, QStringLiteral("Links/News.URL"));
+        QCOMPARE(g.FavFolderSel, path);
+    }
+    void readingAFileWithoutTheKeyGivesAnEmptyAddress()
+    {
+        resetGlobals();
+        QTemporaryDir dir;
+        const QString path = dir.filePath("Favorites/Other.url");
+        QVERIFY(QDir().mkpath(dir.filePath("Favorites")));
+        QVERIFY(writeAll(path, "[Other]\r\nURL=https://not.here/\r\n"));
+        ReadFavoriteFile(path);
+        QCOMPARE(g.CurrentUrl, QString());
+        QCOMPARE(g.CurrentTitle, QStringLiteral("Other.url"));
+        QCOMPARE(g.FavFolderSel, path);
+
+        ReadFavoriteFile(dir.filePath("Favorites/missing.url"));
+        QCOMPARE(g.CurrentUrl, QString());
+        QCOMPARE(g.CurrentTitle, QStringLiteral("missing.url"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestShortcutFile)
+#include "tst_shortcutfile.moc"
