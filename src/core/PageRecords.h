@@ -28,7 +28,7 @@ struct ParseResult
 // Fills the arrays from the file's text, from record 0 on. The load ends at the first line that
 // lacks its two delimiters (its first field may already be stored, uncounted) and when the arrays
 // are full.
-ParseResult parse(const QString& text, Arrays arrays);
+ParseResult parse(QString text, Arrays arrays);
 
 // One line of the file.
 QString formatRecord(const QString& first, const QString& title, const QString& url);

@@ -77,9 +77,13 @@ ReadResult readBytes(const QString& path)
         result.error = RunError::PathFileAccessError;
         return result;
     }
-    char buffer[65536];
+    // Read in one go when the size is known; files that do not know their size grow as read.
+    qsizetype used = 0;
+    result.bytes.resize(std::max<qsizetype>(qsizetype(st.st_size) + 1, 4096));
     for (;;) {
-        const ssize_t n = ::read(fd.get(), buffer, sizeof buffer);
+        if (used == result.bytes.size())
+            result.bytes.resize(used * 2);
+        const ssize_t n = ::read(fd.get(), result.bytes.data() + used, size_t(result.bytes.size() - used));
         if (n == 0)
             break;
         if (n < 0) {
@@ -89,8 +93,9 @@ ReadResult readBytes(const QString& path)
             result.bytes.clear();
             return result;
         }
-        result.bytes.append(buffer, n);
+        used += n;
     }
+    result.bytes.truncate(used);
     return result;
 }
 

@@ -1,6 +1,5 @@
 #include "TextRules.h"
 
-#include "TextCodec.h"
 
 #include <cmath>
 #include <limits>
@@ -170,18 +169,25 @@ std::optional<double> parseNumberToken(const QString& token, RunError* error)
     return std::nullopt;
 }
 
+QStringView stripEnclosingQuotes(QStringView line)
+{
+    if (line.size() >= 2 && line.front() == u'"' && line.back() == u'"')
+        return line.sliced(1, line.size() - 2);
+    return line;
+}
+
 QString stripEnclosingQuotes(const QString& line)
 {
-    if (line.size() >= 2 && line.startsWith(u'"') && line.endsWith(u'"'))
-        return line.mid(1, line.size() - 2);
-    return line;
+    return stripEnclosingQuotes(QStringView(line)).toString();
 }
 
 QStringList inputLines(const QString& text)
 {
-    QStringList lines = TextCodec::splitLines(text);
-    for (QString& line : lines)
-        line = stripEnclosingQuotes(line);
+    QStringList lines;
+    forEachInputLine(text, [&](QStringView line) {
+        lines.append(line.toString());
+        return true;
+    });
     return lines;
 }
 

@@ -29,11 +29,32 @@ std::optional<double> parseNumberToken(const QString& token, RunError* error);
 
 // A value read as a whole line: one pair of enclosing double quotes is removed.
 QString stripEnclosingQuotes(const QString& line);
+QStringView stripEnclosingQuotes(QStringView line);
 
 // The values of a record file (lists, history, buttons): one per line, each taken whole with one
 // pair of enclosing quotes removed. The writers never put a comma into a line, so a comma can
 // only come from another program; it is kept as text.
 QStringList inputLines(const QString& text);
+
+// The same values one by one, without copying them: `take` returns false to stop.
+template <typename Take>
+void forEachInputLine(QStringView text, Take take)
+{
+    const QChar* const begin = text.data();
+    const QChar* const end = begin + text.size();
+    const QChar* lineStart = begin;
+    for (const QChar* p = begin; p != end; ++p) {
+        if (*p != u'\r' && *p != u'\n')
+            continue;
+        if (!take(stripEnclosingQuotes(QStringView(lineStart, p))))
+            return;
+        if (*p == u'\r' && p + 1 != end && p[1] == u'\n')
+            ++p;
+        lineStart = p + 1;
+    }
+    if (lineStart != end)
+        take(stripEnclosingQuotes(QStringView(lineStart, end)));
+}
 
 // How the print statement writes a number: a blank in the sign place when it is not negative,
 // the digits, one trailing blank.

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QElapsedTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <vector>
+
+// Runs `work` `runs` times and returns the median time in milliseconds; `setup`, when given, runs
+// untimed before each run.
+inline double medianMs(int runs, const std::function<void()>& work, const std::function<void()>& setup = {})
+{
+    std::vector<double> times;
+    times.reserve(size_t(runs));
+    for (int i = 0; i < runs; ++i) {
+        if (setup)
+            setup();
+        QElapsedTimer timer;
+        timer.start();
+        work();
+        times.push_back(double(timer.nsecsElapsed()) / 1e6);
+    }
+    std::sort(times.begin(), times.end());
+    return times[times.size() / 2];
+}
+
+// One line of the report: the measured median, the floor it is set against, and their ratio.
+inline void report(const char* what, double ms, const char* floorName, double floorMs, double target)
+{
+    const double ratio = ms / floorMs;
+    std::printf("%-28s median %8.3f ms   %-22s %8.3f ms   ratio %5.2fx   target <= %.1fx  %s\n", what, ms,
+                floorName, floorMs, ratio, target, ratio <= target ? "ok" : "OVER");
+}
