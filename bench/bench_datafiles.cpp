@@ -15,12 +15,14 @@ namespace {
 
 constexpr int kRuns = 21;
 
-void fillRecords(QList<QString>& first, QList<QString>& title, QList<QString>& url, int count, const char* group)
+void fillRecords(QList<QString>& first, QList<QString>& title, QList<QString>& url, int count,
+                 const char* group)
 {
     for (int i = 0; i < count; ++i) {
         first[i] = QString::fromLatin1(group).arg(i % 8 + 1);
         title[i] = QStringLiteral("A page title, number %1 - Some Site").arg(i);
-        url[i] = QStringLiteral("https://www.example.org/section/%1/page.html?id=%2&ref=bench").arg(i % 97).arg(i);
+        url[i] =
+            QStringLiteral("https://www.example.org/section/%1/page.html?id=%2&ref=bench").arg(i % 97).arg(i);
     }
 }
 
@@ -90,9 +92,11 @@ int main(int argc, char* argv[])
     const QString historyPath = appFilePath(QString::fromLatin1(kHistoryFileName));
     // Loads are measured as at start-up, into empty arrays.
     const auto emptyArrays = [] { ClearListsAndHistory(); };
-    benchFile("DefaultList.NLS", listPath, [&] { LoadListFile(listPath); }, [&] { SaveListFile(kListCapacity); },
-              emptyArrays);
-    benchFile("BrowseHistory.LST", historyPath, [&] { LoadHistoryFile(historyPath); },
-              [&] { SaveHistoryFile(kHistoryCapacity); }, emptyArrays);
+    benchFile(
+        "DefaultList.NLS", listPath, [&] { LoadListFile(listPath); }, [&] { SaveListFile(kListCapacity); },
+        emptyArrays);
+    benchFile(
+        "BrowseHistory.LST", historyPath, [&] { LoadHistoryFile(historyPath); },
+        [&] { SaveHistoryFile(kHistoryCapacity); }, emptyArrays);
     return g.ListCount == kListCapacity && g.HistoryCount == kHistoryCapacity ? 0 : 1;
 }

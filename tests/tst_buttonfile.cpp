@@ -150,9 +150,22 @@ private slots:
     void byteOrderMarkAndLfOnlyLinesAreRead()
     {
         TempAppFolder app;
-        load(app, "\xEF\xBB\xBF" "1[^^]One[||]u1\n2[^^]Tw\xF6[||]u2");
+        load(app, "\xEF\xBB\xBF"
+                  "1[^^]One[||]u1\n2[^^]Tw\xF6[||]u2");
         QCOMPARE(g.BtnTitle[1], QStringLiteral("One"));
         QCOMPARE(g.BtnTitle[2], QString::fromUtf8("Twö"));
+    }
+    void binaryGarbageAndLongLinesNeitherCrashNorInventButtons()
+    {
+        TempAppFolder app;
+        QByteArray junk;
+        for (int i = 0; i < 5000; ++i)
+            junk.append(char((i * 7919 + 3) & 0xFF));
+        load(app, junk);
+        for (int i = 0; i < kButtonCapacity; ++i)
+            QVERIFY(g.BtnTitle[i].isEmpty());
+        load(app, "3[^^]" + QByteArray(100000, 'c') + "[||]u\r\n");
+        QCOMPARE(g.BtnTitle[3].size(), 100000);
     }
     void roundTripOfAllButtons()
     {

@@ -101,8 +101,8 @@ private slots:
         LoadColors();
         QVERIFY(writeAll(colorsFile(app), " 1  99999999999 \r\n"));
         LoadColors();
-        QCOMPARE(DialogService::shownTexts(),
-                 (QStringList{"Error Loading Application Window Colors", "Error Loading Application Window Colors"}));
+        QCOMPARE(DialogService::shownTexts(), (QStringList{"Error Loading Application Window Colors",
+                                                           "Error Loading Application Window Colors"}));
     }
     void folderInPlaceOfTheFileShowsTheLoadError()
     {

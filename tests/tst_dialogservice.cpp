@@ -10,7 +10,10 @@ public:
     QStringList calls;
     DialogService::Answer answer = DialogService::Answer::Yes;
     std::optional<QColor> color;
-    void showMessage(const QString& title, const QString& text) override { calls << "message:" + title + ":" + text; }
+    void showMessage(const QString& title, const QString& text) override
+    {
+        calls << "message:" + title + ":" + text;
+    }
     DialogService::Answer askQuestion(const QString& title, const QString& text) override
     {
         calls << "question:" + title + ":" + text;
@@ -61,8 +64,8 @@ private slots:
         QVERIFY(!DialogService::question("again?"));
         backend.color = QColor(Qt::blue);
         QCOMPARE(DialogService::chooseColor(QColor(Qt::red)), std::optional<QColor>(QColor(Qt::blue)));
-        QCOMPARE(backend.calls, (QStringList{"message:Custom:hello", "question:Custom:go?", "question:Custom:again?",
-                                             "color:Select Color:#ff0000"}));
+        QCOMPARE(backend.calls, (QStringList{"message:Custom:hello", "question:Custom:go?",
+                                             "question:Custom:again?", "color:Select Color:#ff0000"}));
         DialogService::setBackend(nullptr);
     }
     void queuedColoursStandForTheDialog()

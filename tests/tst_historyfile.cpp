@@ -83,7 +83,8 @@ private slots:
     void badLineEndsTheLoadKeepingEarlierRecords()
     {
         TempAppFolder app;
-        QVERIFY(writeAll(historyFile(app), "G[#@!]t1[#@!]u1\r\nG[#@!]t2[#@!]u2\r\njunk\r\nG[#@!]t4[#@!]u4\r\n"));
+        QVERIFY(
+            writeAll(historyFile(app), "G[#@!]t1[#@!]u1\r\nG[#@!]t2[#@!]u2\r\njunk\r\nG[#@!]t4[#@!]u4\r\n"));
         QVERIFY(!LoadHistoryFile(historyFile(app)));
         QCOMPARE(g.HistoryCount, 2);
         QCOMPARE(g.HistUrl[1], QStringLiteral("u2"));
@@ -129,6 +130,16 @@ private slots:
         QCOMPARE(DialogService::shownTexts(), QStringList{"Save Error - 61 - Disk full"});
         QVERIFY(g.HistoryChanged);
         QVERIFY(!QFile::exists(historyFile(app)));
+    }
+    void binaryGarbageNeitherCrashesNorInventsRecords()
+    {
+        TempAppFolder app;
+        QByteArray junk;
+        for (int i = 0; i < 8000; ++i)
+            junk.append(char((i * 2654435761u) >> 24));
+        QVERIFY(writeAll(historyFile(app), junk));
+        LoadHistoryFile(historyFile(app));
+        QCOMPARE(g.HistoryCount, 0);
     }
     void longTitlesAndOldCodePageAreRead()
     {

@@ -215,7 +215,8 @@ private slots:
     void byteOrderMarkLfOnlyAndOldCodePageAreRead()
     {
         TempAppFolder app;
-        QVERIFY(writeAll(listFile(app), "\xEF\xBB\xBFL[#@!]Caf\xC3\xA9[#@!]u1\nL[#@!]t2[#@!]u2\rL[#@!]t3[#@!]u3"));
+        QVERIFY(writeAll(listFile(app),
+                         "\xEF\xBB\xBFL[#@!]Caf\xC3\xA9[#@!]u1\nL[#@!]t2[#@!]u2\rL[#@!]t3[#@!]u3"));
         LoadListFile(listFile(app));
         QCOMPARE(g.ListCount, 3);
         QCOMPARE(g.ListName[0], QStringLiteral("L"));
@@ -268,7 +269,8 @@ private slots:
     {
         TempAppFolder app;
         for (int i = 0; i < 1001; ++i)
-            setRecord(i, QString("List %1").arg(i % 7), QString("Title, %1 ~").arg(i), QString("https://e.org/%1").arg(i));
+            setRecord(i, QString("List %1").arg(i % 7), QString("Title, %1 ~").arg(i),
+                      QString("https://e.org/%1").arg(i));
         QVERIFY(SaveListFile(1001));
         const QByteArray first = readAll(listFile(app));
         resetGlobals();

@@ -31,7 +31,8 @@ private slots:
     {
         TempAppFolder app;
         LoadOptions();
-        QCOMPARE(DialogService::shownTexts(), QStringList{"Use the Utility Menu Option - Set Program Options"});
+        QCOMPARE(DialogService::shownTexts(),
+                 QStringList{"Use the Utility Menu Option - Set Program Options"});
         QCOMPARE(DialogService::shownTitles(), QStringList{"Vantrel 2.0"});
         QCOMPARE(g.MainLeft, 7100);
         QCOMPARE(g.MainWidth, 4700);
@@ -165,7 +166,8 @@ private slots:
     void byteOrderMarkAndLfOnlyLinesAreRead()
     {
         TempAppFolder app;
-        load(app, "\xEF\xBB\xBF 100  200  3000  4000  0  0 \n 1  0  0  0  1 \nhttps://s.example/\nhttps://n.example/");
+        load(app, "\xEF\xBB\xBF 100  200  3000  4000  0  0 \n 1  0  0  0  1 "
+                  "\nhttps://s.example/\nhttps://n.example/");
         QVERIFY(DialogService::shownTexts().isEmpty());
         QCOMPARE(g.MainLeft, 100);
         QVERIFY(g.OptBold);

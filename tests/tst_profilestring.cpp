@@ -17,25 +17,44 @@ private slots:
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<QString>("value");
-        QTest::newRow("plain") << "[InternetShortcut]\r\nURL=https://a/\r\n" << "https://a/";
-        QTest::newRow("names ignore case") << "[internetshortcut]\nurl=https://a/" << "https://a/";
-        QTest::newRow("blanks trimmed") << "  [ InternetShortcut ]  \n\t URL \t=  https://a/ b \v\n" << "https://a/ b";
-        QTest::newRow("later = in value") << "[InternetShortcut]\nURL=https://a/?x=1&y=2" << "https://a/?x=1&y=2";
-        QTest::newRow("first line wins") << "[InternetShortcut]\nURL=one\nURL=two" << "one";
-        QTest::newRow("only first section read") << "[InternetShortcut]\nIcon=1\n[InternetShortcut]\nURL=two" << "default";
-        QTest::newRow("key in other section") << "[DEFAULT]\nURL=base\n[InternetShortcut]\nIDList=\n" << "default";
-        QTest::newRow("before any section") << "URL=nowhere\n[InternetShortcut]\n" << "default";
-        QTest::newRow("comment line") << "[InternetShortcut]\n;URL=commented\nURL=real" << "real";
-        QTest::newRow("semicolon and hash in value") << "[InternetShortcut]\nURL=a;b#c" << "a;b#c";
-        QTest::newRow("double quotes") << "[InternetShortcut]\nURL=\" a \"" << " a ";
-        QTest::newRow("single quotes") << "[InternetShortcut]\nURL='x'" << "x";
-        QTest::newRow("unmatched quote stays") << "[InternetShortcut]\nURL=\"x" << "\"x";
-        QTest::newRow("text after bracket ignored") << "[InternetShortcut] junk\nURL=u" << "u";
-        QTest::newRow("header without bracket") << "[InternetShortcut\nURL=u" << "u";
-        QTest::newRow("empty value") << "[InternetShortcut]\nURL=\n" << "";
-        QTest::newRow("line without equals") << "[InternetShortcut]\nURL\nURL=u" << "u";
-        QTest::newRow("blank lines and CR only") << "\r\r[InternetShortcut]\r\rURL=u\r" << "u";
-        QTest::newRow("no section") << "" << "default";
+        QTest::newRow("plain") << "[InternetShortcut]\r\nURL=https://a/\r\n"
+                               << "https://a/";
+        QTest::newRow("names ignore case") << "[internetshortcut]\nurl=https://a/"
+                                           << "https://a/";
+        QTest::newRow("blanks trimmed") << "  [ InternetShortcut ]  \n\t URL \t=  https://a/ b \v\n"
+                                        << "https://a/ b";
+        QTest::newRow("later = in value") << "[InternetShortcut]\nURL=https://a/?x=1&y=2"
+                                          << "https://a/?x=1&y=2";
+        QTest::newRow("first line wins") << "[InternetShortcut]\nURL=one\nURL=two"
+                                         << "one";
+        QTest::newRow("only first section read") << "[InternetShortcut]\nIcon=1\n[InternetShortcut]\nURL=two"
+                                                 << "default";
+        QTest::newRow("key in other section") << "[DEFAULT]\nURL=base\n[InternetShortcut]\nIDList=\n"
+                                              << "default";
+        QTest::newRow("before any section") << "URL=nowhere\n[InternetShortcut]\n"
+                                            << "default";
+        QTest::newRow("comment line") << "[InternetShortcut]\n;URL=commented\nURL=real"
+                                      << "real";
+        QTest::newRow("semicolon and hash in value") << "[InternetShortcut]\nURL=a;b#c"
+                                                     << "a;b#c";
+        QTest::newRow("double quotes") << "[InternetShortcut]\nURL=\" a \""
+                                       << " a ";
+        QTest::newRow("single quotes") << "[InternetShortcut]\nURL='x'"
+                                       << "x";
+        QTest::newRow("unmatched quote stays") << "[InternetShortcut]\nURL=\"x"
+                                               << "\"x";
+        QTest::newRow("text after bracket ignored") << "[InternetShortcut] junk\nURL=u"
+                                                    << "u";
+        QTest::newRow("header without bracket") << "[InternetShortcut\nURL=u"
+                                                << "u";
+        QTest::newRow("empty value") << "[InternetShortcut]\nURL=\n"
+                                     << "";
+        QTest::newRow("line without equals") << "[InternetShortcut]\nURL\nURL=u"
+                                             << "u";
+        QTest::newRow("blank lines and CR only") << "\r\r[InternetShortcut]\r\rURL=u\r"
+                                                 << "u";
+        QTest::newRow("no section") << ""
+                                    << "default";
     }
     void readsTheKeyOfTheSection()
     {
@@ -53,7 +72,8 @@ private slots:
         QTemporaryDir dir;
         const QString path = dir.filePath("a.url");
         QVERIFY(writeAll(path, "[InternetShortcut]\r\nURL=https://caf\xE9.example/\r\n"));
-        QCOMPARE(GetIniString("InternetShortcut", "URL", "", path), QString::fromUtf8("https://café.example/"));
+        QCOMPARE(GetIniString("InternetShortcut", "URL", "", path),
+                 QString::fromUtf8("https://café.example/"));
         const QString text = "[InternetShortcut]\r\nURL=https://utf16.example/\r\n";
         QByteArray utf16("\xFF\xFE");
         utf16.append(reinterpret_cast<const char*>(text.utf16()), text.size() * 2);

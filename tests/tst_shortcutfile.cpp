@@ -16,20 +16,34 @@ private slots:
     {
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("name");
-        QTest::newRow("colon and bar") << "Home: Main|Page" << "Home- Main-Page.URL";
-        QTest::newRow("url extension in any case") << "news.url" << "news.url";
-        QTest::newRow("url prefix of a longer extension") << "news.URLX" << "news.URLX";
-        QTest::newRow("other extension replaced") << "My Site.html" << "My Site.URL";
-        QTest::newRow("domain loses its last part") << "example.com" << "example.URL";
-        QTest::newRow("version number") << "Release 1.5" << "Release 1.URL";
-        QTest::newRow("dot far from the end") << "Version 2.0 beta notes" << "Version 2.0 beta notes.URL";
-        QTest::newRow("plain") << "Plain" << "Plain.URL";
-        QTest::newRow("trailing dot") << "abc." << "abc.URL";
-        QTest::newRow("slash takes the character before it") << "a/b" << ".b.URL";
-        QTest::newRow("two slashes") << "one/two/three" << "on.tw.three.URL";
-        QTest::newRow("address as title") << "https://x.org/p" << "https.x.URL";
-        QTest::newRow("title kept untrimmed") << "  padded  " << "  padded  .URL";
-        QTest::newRow("other characters pass") << "a\\b?c*\"<>" << "a\\b?c*\"<>.URL";
+        QTest::newRow("colon and bar") << "Home: Main|Page"
+                                       << "Home- Main-Page.URL";
+        QTest::newRow("url extension in any case") << "news.url"
+                                                   << "news.url";
+        QTest::newRow("url prefix of a longer extension") << "news.URLX"
+                                                          << "news.URLX";
+        QTest::newRow("other extension replaced") << "My Site.html"
+                                                  << "My Site.URL";
+        QTest::newRow("domain loses its last part") << "example.com"
+                                                    << "example.URL";
+        QTest::newRow("version number") << "Release 1.5"
+                                        << "Release 1.URL";
+        QTest::newRow("dot far from the end") << "Version 2.0 beta notes"
+                                              << "Version 2.0 beta notes.URL";
+        QTest::newRow("plain") << "Plain"
+                               << "Plain.URL";
+        QTest::newRow("trailing dot") << "abc."
+                                      << "abc.URL";
+        QTest::newRow("slash takes the character before it") << "a/b"
+                                                             << ".b.URL";
+        QTest::newRow("two slashes") << "one/two/three"
+                                     << "on.tw.three.URL";
+        QTest::newRow("address as title") << "https://x.org/p"
+                                          << "https.x.URL";
+        QTest::newRow("title kept untrimmed") << "  padded  "
+                                              << "  padded  .URL";
+        QTest::newRow("other characters pass") << "a\\b?c*\"<>"
+                                               << "a\\b?c*\"<>.URL";
     }
     void fileNameFollowsTheNamingRules()
     {
@@ -82,9 +96,9 @@ private slots:
         QTemporaryDir dir;
         const QString url = QString::fromUtf8("  https://e.org/ä b,c~d  ");
         QVERIFY(CreateFavoriteFile(url, "Spaces", dir.path() + "/"));
-        QCOMPARE(readAll(dir.filePath("Spaces.URL")),
-                 QByteArray("[DEFAULT]\r\nBASEURL=") + url.toUtf8() + "\r\n[InternetShortcut]\r\nURL=" +
-                     url.toUtf8() + "\r\n");
+        QCOMPARE(readAll(dir.filePath("Spaces.URL")), QByteArray("[DEFAULT]\r\nBASEURL=") + url.toUtf8() +
+                                                          "\r\n[InternetShortcut]\r\nURL=" + url.toUtf8() +
+                                                          "\r\n");
     }
     void failuresReturnFalseSilently()
     {
@@ -92,7 +106,8 @@ private slots:
         QVERIFY(!CreateFavoriteFile("u", "/leading slash", dir.path() + "/"));
         QVERIFY(!CreateFavoriteFile("u", "fine", dir.filePath("missing") + "/"));
         QVERIFY(!CreateFavoriteFile("u", QString("nul") + QChar(0) + "x", dir.path() + "/"));
-        QVERIFY(!CreateFavoriteFile("u", QString(240, u'é'), dir.path() + "/")); // too long for the file system
+        QVERIFY(
+            !CreateFavoriteFile("u", QString(240, u'é'), dir.path() + "/")); // too long for the file system
         {
             ReadOnlyFolder readOnly(dir.path());
             QVERIFY(!CreateFavoriteFile("u", "denied", dir.path() + "/"));

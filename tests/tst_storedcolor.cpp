@@ -21,15 +21,21 @@ private slots:
         QTest::addColumn<qint64>("value");
         QTest::addColumn<int>("group");
         QTest::addColumn<int>("role");
-        QTest::newRow("8 window text") << qint64(0x80000008) << int(QPalette::Active) << int(QPalette::WindowText);
-        QTest::newRow("18 button text") << qint64(0x80000012) << int(QPalette::Active) << int(QPalette::ButtonText);
+        QTest::newRow("8 window text")
+            << qint64(0x80000008) << int(QPalette::Active) << int(QPalette::WindowText);
+        QTest::newRow("18 button text")
+            << qint64(0x80000012) << int(QPalette::Active) << int(QPalette::ButtonText);
         QTest::newRow("5 window") << qint64(0x80000005) << int(QPalette::Active) << int(QPalette::Base);
-        QTest::newRow("15 button face") << qint64(0x8000000F) << int(QPalette::Active) << int(QPalette::Button);
-        QTest::newRow("13 highlight") << qint64(0x8000000D) << int(QPalette::Active) << int(QPalette::Highlight);
-        QTest::newRow("14 highlight text") << qint64(0x8000000E) << int(QPalette::Active) << int(QPalette::HighlightedText);
+        QTest::newRow("15 button face")
+            << qint64(0x8000000F) << int(QPalette::Active) << int(QPalette::Button);
+        QTest::newRow("13 highlight")
+            << qint64(0x8000000D) << int(QPalette::Active) << int(QPalette::Highlight);
+        QTest::newRow("14 highlight text")
+            << qint64(0x8000000E) << int(QPalette::Active) << int(QPalette::HighlightedText);
         QTest::newRow("17 grey text") << qint64(0x80000011) << int(QPalette::Disabled) << int(QPalette::Text);
         QTest::newRow("4 menu") << qint64(0x80000004) << int(QPalette::Active) << int(QPalette::Window);
-        QTest::newRow("7 menu text") << qint64(0x80000007) << int(QPalette::Active) << int(QPalette::WindowText);
+        QTest::newRow("7 menu text") << qint64(0x80000007) << int(QPalette::Active)
+                                     << int(QPalette::WindowText);
     }
     void systemReferencesFollowThePalette()
     {

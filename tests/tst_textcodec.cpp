@@ -45,8 +45,7 @@ private slots:
     }
     void linesEndAtCrLfLfOrCr()
     {
-        QCOMPARE(TextCodec::splitLines(QStringLiteral("a\r\nb\nc\rd")),
-                 (QStringList{"a", "b", "c", "d"}));
+        QCOMPARE(TextCodec::splitLines(QStringLiteral("a\r\nb\nc\rd")), (QStringList{"a", "b", "c", "d"}));
         QCOMPARE(TextCodec::splitLines(QStringLiteral("a\r\n")), QStringList{"a"});
         QCOMPARE(TextCodec::splitLines(QStringLiteral("a\r\n\r\n")), (QStringList{"a", ""}));
         QCOMPARE(TextCodec::splitLines(QString()), QStringList());

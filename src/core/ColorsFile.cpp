@@ -45,7 +45,8 @@ void LoadColors()
 
 bool SaveColors()
 {
-    const RunError error = TextFile::writeLines(appFilePath(QString::fromLatin1(kColorsFileName)), {FormatColors()});
+    const RunError error =
+        TextFile::writeLines(appFilePath(QString::fromLatin1(kColorsFileName)), {FormatColors()});
     if (!error.ok()) {
         DialogService::message(QStringLiteral("Error: ") + error.numberAndText());
         return false;

@@ -7,10 +7,10 @@
 #include <cstdint>
 
 // Capacities of the shared arrays, fixed by the data file formats.
-constexpr int kWindowSlots = 8;           // browsing slots 1..8
-constexpr int kButtonCapacity = 34;       // BtnTitle/BtnUrl 0..33, buttons 0..31 shown
-constexpr int kListCapacity = 1001;       // list records 0..1000
-constexpr int kHistoryCapacity = 10001;   // history records 0..10000
+constexpr int kWindowSlots = 8;         // browsing slots 1..8
+constexpr int kButtonCapacity = 34;     // BtnTitle/BtnUrl 0..33, buttons 0..31 shown
+constexpr int kListCapacity = 1001;     // list records 0..1000
+constexpr int kHistoryCapacity = 10001; // history records 0..10000
 
 // Default addresses of a new installation: the start-up page, the page of a new window.
 inline constexpr char kDefaultStartUrl[] = "https://www.wikipedia.org/";
@@ -28,8 +28,8 @@ struct Globals
 
     // Browser windows
     int WindowCount = 0;
-    int WindowIndex = 0;                                 // current slot 1..8, 0 = none yet
-    QList<QString> WindowUrl = QList<QString>(11);       // 1..8 used; "" marks a free slot
+    int WindowIndex = 0;                           // current slot 1..8, 0 = none yet
+    QList<QString> WindowUrl = QList<QString>(11); // 1..8 used; "" marks a free slot
     bool WebFormBusy = false;
     bool WindowFlagB = false;
     bool NewWindowMode = true;
@@ -93,7 +93,7 @@ struct Globals
     // The ten colour variables in the order of the colours file.
     std::array<int32_t*, 10> colors()
     {
-        return {&WindowBackColor, &WindowTextColor, &WindowEndColor, &TabBackColor, &TabTextColor,
+        return {&WindowBackColor, &WindowTextColor, &WindowEndColor,  &TabBackColor,    &TabTextColor,
                 &ListBackColor,   &ListTextColor,   &ButtonBackColor, &ButtonTextColor, &ButtonEndColor};
     }
 };

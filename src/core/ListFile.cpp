@@ -46,8 +46,8 @@ bool LoadListFile(const QString& path)
 bool SaveListFile(int nodeCount)
 {
     Globals& g = globals();
-    const RunError error = PageRecords::save(appFilePath(QString::fromLatin1(kListFileName)), listArrays(g),
-                                             nodeCount);
+    const RunError error =
+        PageRecords::save(appFilePath(QString::fromLatin1(kListFileName)), listArrays(g), nodeCount);
     if (!error.ok()) {
         showSaveError(error);
         return false;

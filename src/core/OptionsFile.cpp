@@ -85,7 +85,8 @@ void LoadOptions()
 
 bool SaveOptions()
 {
-    const RunError error = TextFile::writeLines(appFilePath(QString::fromLatin1(kOptionsFileName)), FormatOptions());
+    const RunError error =
+        TextFile::writeLines(appFilePath(QString::fromLatin1(kOptionsFileName)), FormatOptions());
     if (!error.ok()) {
         DialogService::message(QStringLiteral("Error: ") + error.numberAndText());
         return false;

@@ -8,18 +8,30 @@
 QString RunError::text() const
 {
     switch (number) {
-    case None: return QString();
-    case InvalidCall: return QStringLiteral("Invalid procedure call or argument");
-    case Overflow: return QStringLiteral("Overflow");
-    case SubscriptOutOfRange: return QStringLiteral("Subscript out of range");
-    case TypeMismatch: return QStringLiteral("Type mismatch");
-    case FileNotFound: return QStringLiteral("File not found");
-    case DeviceIoError: return QStringLiteral("Device I/O error");
-    case DiskFull: return QStringLiteral("Disk full");
-    case InputPastEndOfFile: return QStringLiteral("Input past end of file");
-    case PermissionDenied: return QStringLiteral("Permission denied");
-    case PathFileAccessError: return QStringLiteral("Path/File access error");
-    case PathNotFound: return QStringLiteral("Path not found");
+    case None:
+        return QString();
+    case InvalidCall:
+        return QStringLiteral("Invalid procedure call or argument");
+    case Overflow:
+        return QStringLiteral("Overflow");
+    case SubscriptOutOfRange:
+        return QStringLiteral("Subscript out of range");
+    case TypeMismatch:
+        return QStringLiteral("Type mismatch");
+    case FileNotFound:
+        return QStringLiteral("File not found");
+    case DeviceIoError:
+        return QStringLiteral("Device I/O error");
+    case DiskFull:
+        return QStringLiteral("Disk full");
+    case InputPastEndOfFile:
+        return QStringLiteral("Input past end of file");
+    case PermissionDenied:
+        return QStringLiteral("Permission denied");
+    case PathFileAccessError:
+        return QStringLiteral("Path/File access error");
+    case PathNotFound:
+        return QStringLiteral("Path not found");
     }
     return QStringLiteral("Application-defined or object-defined error");
 }

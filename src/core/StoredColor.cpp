@@ -16,36 +16,36 @@ struct Entry
 };
 
 constexpr Entry kSystemColors[] = {
-    {0, QPalette::Active, QPalette::Button},            // scroll bar
-    {1, QPalette::Active, QPalette::Window},            // desktop
-    {2, QPalette::Active, QPalette::Highlight},         // active title bar
-    {3, QPalette::Active, QPalette::Mid},               // inactive title bar
-    {4, QPalette::Active, QPalette::Window},            // menu
-    {5, QPalette::Active, QPalette::Base},              // window
-    {6, QPalette::Active, QPalette::Shadow},            // window frame
-    {7, QPalette::Active, QPalette::WindowText},        // menu text
-    {8, QPalette::Active, QPalette::WindowText},        // window text
-    {9, QPalette::Active, QPalette::HighlightedText},   // title bar text
-    {10, QPalette::Active, QPalette::Button},           // active border
-    {11, QPalette::Active, QPalette::Button},           // inactive border
-    {12, QPalette::Active, QPalette::Mid},              // application workspace
-    {13, QPalette::Active, QPalette::Highlight},        // highlight
-    {14, QPalette::Active, QPalette::HighlightedText},  // highlighted text
-    {15, QPalette::Active, QPalette::Button},           // button face
-    {16, QPalette::Active, QPalette::Dark},             // button shadow
-    {17, QPalette::Disabled, QPalette::Text},           // grey text
-    {18, QPalette::Active, QPalette::ButtonText},       // button text
-    {19, QPalette::Disabled, QPalette::WindowText},     // inactive title bar text
-    {20, QPalette::Active, QPalette::Light},            // button highlight
-    {21, QPalette::Active, QPalette::Shadow},           // 3D dark shadow
-    {22, QPalette::Active, QPalette::Midlight},         // 3D light
-    {23, QPalette::Active, QPalette::ToolTipText},      // tool tip text
-    {24, QPalette::Active, QPalette::ToolTipBase},      // tool tip background
-    {26, QPalette::Active, QPalette::Link},             // hot-tracked item
-    {27, QPalette::Active, QPalette::Highlight},        // active title bar gradient
-    {28, QPalette::Active, QPalette::Mid},              // inactive title bar gradient
-    {29, QPalette::Active, QPalette::Highlight},        // menu highlight
-    {30, QPalette::Active, QPalette::Window},           // menu bar
+    {0, QPalette::Active, QPalette::Button},           // scroll bar
+    {1, QPalette::Active, QPalette::Window},           // desktop
+    {2, QPalette::Active, QPalette::Highlight},        // active title bar
+    {3, QPalette::Active, QPalette::Mid},              // inactive title bar
+    {4, QPalette::Active, QPalette::Window},           // menu
+    {5, QPalette::Active, QPalette::Base},             // window
+    {6, QPalette::Active, QPalette::Shadow},           // window frame
+    {7, QPalette::Active, QPalette::WindowText},       // menu text
+    {8, QPalette::Active, QPalette::WindowText},       // window text
+    {9, QPalette::Active, QPalette::HighlightedText},  // title bar text
+    {10, QPalette::Active, QPalette::Button},          // active border
+    {11, QPalette::Active, QPalette::Button},          // inactive border
+    {12, QPalette::Active, QPalette::Mid},             // application workspace
+    {13, QPalette::Active, QPalette::Highlight},       // highlight
+    {14, QPalette::Active, QPalette::HighlightedText}, // highlighted text
+    {15, QPalette::Active, QPalette::Button},          // button face
+    {16, QPalette::Active, QPalette::Dark},            // button shadow
+    {17, QPalette::Disabled, QPalette::Text},          // grey text
+    {18, QPalette::Active, QPalette::ButtonText},      // button text
+    {19, QPalette::Disabled, QPalette::WindowText},    // inactive title bar text
+    {20, QPalette::Active, QPalette::Light},           // button highlight
+    {21, QPalette::Active, QPalette::Shadow},          // 3D dark shadow
+    {22, QPalette::Active, QPalette::Midlight},        // 3D light
+    {23, QPalette::Active, QPalette::ToolTipText},     // tool tip text
+    {24, QPalette::Active, QPalette::ToolTipBase},     // tool tip background
+    {26, QPalette::Active, QPalette::Link},            // hot-tracked item
+    {27, QPalette::Active, QPalette::Highlight},       // active title bar gradient
+    {28, QPalette::Active, QPalette::Mid},             // inactive title bar gradient
+    {29, QPalette::Active, QPalette::Highlight},       // menu highlight
+    {30, QPalette::Active, QPalette::Window},          // menu bar
 };
 
 } // namespace

@@ -7,10 +7,10 @@
 #include <QRandomGenerator>
 
 #include <cerrno>
-#include <utility>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 
 namespace TextFile {
 
@@ -72,7 +72,9 @@ ReadResult readBytes(const QString& path)
         result.error = RunError::fromErrno(errno, path);
         return result;
     }
-    struct stat st {};
+    struct stat st
+    {
+    };
     if (::fstat(fd.get(), &st) == 0 && S_ISDIR(st.st_mode)) {
         result.error = RunError::PathFileAccessError;
         return result;
@@ -107,7 +109,9 @@ RunError writeAtomically(const QString& path, const QByteArray& bytes)
 
     mode_t mode = 0666; // narrowed by the umask for a new file
     bool replacing = false;
-    struct stat st {};
+    struct stat st
+    {
+    };
     if (::stat(target.constData(), &st) == 0) {
         if (S_ISDIR(st.st_mode))
             return RunError::PathFileAccessError;

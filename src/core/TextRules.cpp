@@ -1,6 +1,5 @@
 #include "TextRules.h"
 
-
 #include <cmath>
 #include <limits>
 
@@ -123,8 +122,7 @@ double val(const QString& text)
 
 namespace {
 
-template <typename T>
-std::optional<T> roundChecked(double value, RunError* error)
+template <typename T> std::optional<T> roundChecked(double value, RunError* error)
 {
     const double rounded = std::nearbyint(value); // the default rounding mode sends halves to even
     if (!std::isfinite(rounded) || rounded < double(std::numeric_limits<T>::min()) ||

@@ -37,8 +37,7 @@ QStringView stripEnclosingQuotes(QStringView line);
 QStringList inputLines(const QString& text);
 
 // The same values one by one, without copying them: `take` returns false to stop.
-template <typename Take>
-void forEachInputLine(QStringView text, Take take)
+template <typename Take> void forEachInputLine(QStringView text, Take take)
 {
     const QChar* const begin = text.data();
     const QChar* const end = begin + text.size();

@@ -56,7 +56,9 @@ ReadOnlyFolder::ReadOnlyFolder(const QString& path)
         const QByteArray tempRoot = QFile::encodeName(QDir::tempPath()) + '/';
         for (QByteArray dir = native; dir.startsWith(tempRoot) && dir.size() > tempRoot.size();
              dir = dir.left(dir.lastIndexOf('/'))) {
-            struct stat st {};
+            struct stat st
+            {
+            };
             if (::stat(dir.constData(), &st) == 0)
                 ::chmod(dir.constData(), (st.st_mode & 07777) | 0005);
         }
