@@ -12,9 +12,20 @@ constexpr int kButtonCapacity = 34;     // BtnTitle/BtnUrl 0..33, buttons 0..31 
 constexpr int kListCapacity = 1001;     // list records 0..1000
 constexpr int kHistoryCapacity = 10001; // history records 0..10000
 
-// Default addresses of a new installation: the start-up page, the page of a new window.
+// Defaults of a new installation. The addresses: the start-up page, the page of a new window.
+inline constexpr char kDefaultTitle[] = "Vantrel 2.0";
 inline constexpr char kDefaultStartUrl[] = "https://www.wikipedia.org/";
 inline constexpr char kDefaultNewWindowUrl[] = "https://duckduckgo.com/";
+inline constexpr int kDefaultMainLeft = 7100; // twips
+inline constexpr int kDefaultMainTop = 250;
+inline constexpr int kDefaultMainHeight = 8100;
+inline constexpr int kDefaultMainWidth = 4700;
+inline constexpr int kDefaultFontType = 1;
+// The ten window colours in the order of the colours file (see Globals::colors()).
+inline constexpr int32_t kDefaultColors[10] = {
+    0xFF8080, int32_t(0x80000008), 0xFFFFFF, 0xFFC0C0, 0x004040,
+    0xE0E0E0, int32_t(0x80000012), 0,        0,        0xFFFFFF,
+};
 
 // The state that more than one part of the program reads and writes. There is exactly one
 // instance, globals(); its members are read and written directly, like module variables.
@@ -22,7 +33,7 @@ inline constexpr char kDefaultNewWindowUrl[] = "https://duckduckgo.com/";
 struct Globals
 {
     // Application and files
-    QString AppTitle = QStringLiteral("Vantrel 2.0");
+    QString AppTitle = QString::fromLatin1(kDefaultTitle);
     QString AppPath;       // program folder, without a trailing separator
     QString FavoritesPath; // the user's Favorites folder
 
@@ -55,11 +66,11 @@ struct Globals
     bool HistoryChanged = false;
 
     // Options (kept in Options.INI); geometry in twips
-    int MainLeft = 7100;
-    int MainTop = 250;
-    int MainHeight = 8100;
-    int MainWidth = 4700;
-    int FontType = 1;
+    int MainLeft = kDefaultMainLeft;
+    int MainTop = kDefaultMainTop;
+    int MainHeight = kDefaultMainHeight;
+    int MainWidth = kDefaultMainWidth;
+    int FontType = kDefaultFontType;
     int StartListIndex = 0;
     bool OptBold = false;
     bool OptStartUrl = false;
@@ -70,16 +81,16 @@ struct Globals
     QString NewWindowUrl = QString::fromLatin1(kDefaultNewWindowUrl);
 
     // Window colours (kept in Colors.INI): 0x00BBGGRR, or 0x800000nn for system colour nn
-    int32_t WindowBackColor = 0xFF8080;
-    int32_t WindowTextColor = int32_t(0x80000008);
-    int32_t WindowEndColor = 0xFFFFFF;
-    int32_t TabBackColor = 0xFFC0C0;
-    int32_t TabTextColor = 0x004040;
-    int32_t ListBackColor = 0xE0E0E0;
-    int32_t ListTextColor = int32_t(0x80000012);
-    int32_t ButtonBackColor = 0;
-    int32_t ButtonTextColor = 0;
-    int32_t ButtonEndColor = 0xFFFFFF;
+    int32_t WindowBackColor = kDefaultColors[0];
+    int32_t WindowTextColor = kDefaultColors[1];
+    int32_t WindowEndColor = kDefaultColors[2];
+    int32_t TabBackColor = kDefaultColors[3];
+    int32_t TabTextColor = kDefaultColors[4];
+    int32_t ListBackColor = kDefaultColors[5];
+    int32_t ListTextColor = kDefaultColors[6];
+    int32_t ButtonBackColor = kDefaultColors[7];
+    int32_t ButtonTextColor = kDefaultColors[8];
+    int32_t ButtonEndColor = kDefaultColors[9];
 
     // Run list
     bool RunListShown = false;

@@ -1,5 +1,6 @@
 #include "TestSupport.h"
 
+#include "browser/BrowserProfile.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 
@@ -88,4 +89,12 @@ FileSizeLimit::FileSizeLimit(rlim_t bytes)
 FileSizeLimit::~FileSizeLimit()
 {
     ::setrlimit(RLIMIT_FSIZE, &m_saved);
+}
+
+void prepareGuiTests()
+{
+    BrowserProfile::prepareEngine();
+    // One profile for the whole test program, in a folder of its own that goes with the program.
+    static QTemporaryDir profileFolder;
+    BrowserProfile::setStorageFolder(profileFolder.path());
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QApplication>
 #include <QByteArray>
 #include <QString>
 #include <QTemporaryDir>
+#include <QTest>
 
 #include <sys/resource.h>
 #include <sys/types.h>
@@ -51,3 +53,18 @@ public:
 private:
     rlimit m_saved{};
 };
+
+// The main() of a test that shows windows or runs the browser engine: the engine's flags are set
+// before the application object exists.
+#define VANTREL_GUI_TEST_MAIN(TestObject)                                                                    \
+    int main(int argc, char* argv[])                                                                         \
+    {                                                                                                        \
+        prepareGuiTests();                                                                                   \
+        QApplication app(argc, argv);                                                                        \
+        QApplication::setQuitOnLastWindowClosed(false);                                                      \
+        TestObject test;                                                                                     \
+        QTEST_SET_MAIN_SOURCE_PATH                                                                           \
+        return QTest::qExec(&test, argc, argv);                                                              \
+    }
+
+void prepareGuiTests();

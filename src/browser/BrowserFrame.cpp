@@ -1,0 +1,214 @@
+#include "BrowserFrame.h"
+
+#include "BrowserPage.h"
+
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QStackedWidget>
+#include <QStyle>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <QWebEngineCertificateError>
+#include <QWebEngineDownloadRequest>
+#include <QWebEngineHistory>
+#include <QWebEngineView>
+
+namespace {
+const char kFrameProperty[] = "vantrelFrame";
+}
+
+BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
+{
+    setObjectName(QStringLiteral("BrowserFrame"));
+    setAttribute(Qt::WA_DeleteOnClose, false); // the pool decides when the window goes
+    resize(1024, 768);
+
+    m_navigationBar = new QWidget(this);
+    m_navigationBar->setObjectName(QStringLiteral("NavigationBar"));
+    auto* bar = new QHBoxLayout(m_navigationBar);
+    bar->setContentsMargins(4, 4, 4, 4);
+    auto makeButton = [this, bar](const char* name, QStyle::StandardPixmap icon, const QString& tip) {
+        auto* b = new QToolButton(m_navigationBar);
+        b->setObjectName(QString::fromLatin1(name));
+        b->setIcon(style()->standardIcon(icon));
+        b->setToolTip(tip);
+        b->setAccessibleName(tip);
+        b->setAutoRaise(true);
+        bar->addWidget(b);
+        return b;
+    };
+    m_back = makeButton("BackBtn", QStyle::SP_ArrowBack, tr("Back"));
+    m_forward = makeButton("ForwardBtn", QStyle::SP_ArrowForward, tr("Forward"));
+    m_reloadStop = makeButton("ReloadBtn", QStyle::SP_BrowserReload, tr("Reload"));
+    m_address = new QLineEdit(m_navigationBar);
+    m_address->setObjectName(QStringLiteral("AddressEdit"));
+    m_address->setAccessibleName(tr("Address"));
+    m_address->setClearButtonEnabled(true);
+    bar->addWidget(m_address, 1);
+
+    m_message = new QLabel(this);
+    m_message->setObjectName(QStringLiteral("MessageBar"));
+    m_message->setWordWrap(true);
+    m_message->setContentsMargins(8, 4, 8, 4);
+    m_message->setAutoFillBackground(true);
+    m_message->setBackgroundRole(QPalette::ToolTipBase);
+    m_message->setForegroundRole(QPalette::ToolTipText);
+    m_message->hide();
+
+    m_view = new QWebEngineView(this);
+    m_view->setObjectName(QStringLiteral("PageView"));
+    m_view->setPage(page);
+    page->setProperty(kFrameProperty, QVariant::fromValue(static_cast<QObject*>(this)));
+
+    auto* crash = new QWidget(this);
+    crash->setObjectName(QStringLiteral("CrashPanel"));
+    auto* crashLayout = new QVBoxLayout(crash);
+    m_crashText = new QLabel(crash);
+    m_crashText->setObjectName(QStringLiteral("CrashText"));
+    m_crashText->setWordWrap(true);
+    m_crashText->setAlignment(Qt::AlignCenter);
+    auto* reload = new QPushButton(tr("Load the page again"), crash);
+    reload->setObjectName(QStringLiteral("CrashReloadBtn"));
+    crashLayout->addStretch();
+    crashLayout->addWidget(m_crashText);
+    crashLayout->addWidget(reload, 0, Qt::AlignCenter);
+    crashLayout->addStretch();
+
+    m_stack = new QStackedWidget(this);
+    m_stack->addWidget(m_view);
+    m_stack->addWidget(crash);
+
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_navigationBar);
+    layout->addWidget(m_message);
+    layout->addWidget(m_stack, 1);
+
+    connect(m_back, &QToolButton::clicked, page, [page] { page->triggerAction(QWebEnginePage::Back); });
+    connect(m_forward, &QToolButton::clicked, page, [page] { page->triggerAction(QWebEnginePage::Forward); });
+    connect(m_reloadStop, &QToolButton::clicked, this,
+            [this] { m_page->triggerAction(m_loading ? QWebEnginePage::Stop : QWebEnginePage::Reload); });
+    connect(m_address, &QLineEdit::returnPressed, this, [this] {
+        const QUrl url = QUrl::fromUserInput(m_address->text().trimmed());
+        if (url.isValid())
+            m_page->load(url);
+    });
+    connect(reload, &QPushButton::clicked, this, &BrowserFrame::reloadAfterCrash);
+    connect(page, &QWebEnginePage::urlChanged, this, [this](const QUrl& url) {
+        if (!m_address->hasFocus())
+            m_address->setText(url.toDisplayString());
+        updateNavigation();
+    });
+    connect(page, &QWebEnginePage::titleChanged, this,
+            [this](const QString& title) { setWindowTitle(title); });
+    connect(page, &QWebEnginePage::iconChanged, this, [this](const QIcon& icon) { setWindowIcon(icon); });
+    connect(page, &QWebEnginePage::loadStarted, this, [this] {
+        m_loading = true;
+        m_message->hide();
+        updateNavigation();
+    });
+    connect(page, &QWebEnginePage::loadFinished, this, [this] {
+        m_loading = false;
+        updateNavigation();
+    });
+    connect(page, &QWebEnginePage::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus status, int) {
+                if (status != QWebEnginePage::NormalTerminationStatus)
+                    showCrash(m_page->url().toString());
+            });
+    connect(page, &QWebEnginePage::certificateError, this, [this](const QWebEngineCertificateError& error) {
+        QWebEngineCertificateError refused = error;
+        refused.rejectCertificate();
+        showMessage(tr("The connection to %1 was refused: its certificate is not trusted (%2).")
+                        .arg(error.url().host(), error.description()));
+    });
+    updateNavigation();
+}
+
+BrowserFrame::~BrowserFrame()
+{
+    // The page is owned by the window object; it must not outlive the view showing it unnoticed.
+    m_view->setPage(nullptr);
+}
+
+BrowserFrame* BrowserFrame::frameOfPage(QWebEnginePage* page)
+{
+    return qobject_cast<BrowserFrame*>(page->property(kFrameProperty).value<QObject*>());
+}
+
+void BrowserFrame::setTheaterMode(bool on)
+{
+    m_theater = on;
+    m_navigationBar->setVisible(!on);
+    if (isVisible())
+        showInMode();
+}
+
+void BrowserFrame::showInMode()
+{
+    if (m_theater)
+        showFullScreen();
+    else if (isFullScreen())
+        showNormal();
+    else
+        show();
+}
+
+void BrowserFrame::showMessage(const QString& text)
+{
+    m_message->setText(text);
+    m_message->show();
+}
+
+void BrowserFrame::showDownload(QWebEngineDownloadRequest* download)
+{
+    const QString name = download->downloadFileName();
+    showMessage(tr("Downloading %1 to %2 ...").arg(name, download->downloadDirectory()));
+    connect(download, &QWebEngineDownloadRequest::isFinishedChanged, this, [this, download, name] {
+        if (download->state() == QWebEngineDownloadRequest::DownloadCompleted)
+            showMessage(tr("Downloaded %1 to %2.").arg(name, download->downloadDirectory()));
+        else
+            showMessage(tr("The download of %1 failed: %2").arg(name, download->interruptReasonString()));
+    });
+}
+
+bool BrowserFrame::isShowingCrash() const
+{
+    return m_stack->currentIndex() == 1;
+}
+
+void BrowserFrame::showCrash(const QString& address)
+{
+    m_crashedAddress = address;
+    m_crashText->setText(tr("The page %1 stopped working.").arg(address));
+    m_stack->setCurrentIndex(1);
+}
+
+void BrowserFrame::reloadAfterCrash()
+{
+    m_stack->setCurrentIndex(0);
+    m_page->load(QUrl(m_crashedAddress));
+}
+
+void BrowserFrame::updateNavigation()
+{
+    m_back->setEnabled(m_page->history()->canGoBack());
+    m_forward->setEnabled(m_page->history()->canGoForward());
+    m_reloadStop->setIcon(
+        style()->standardIcon(m_loading ? QStyle::SP_BrowserStop : QStyle::SP_BrowserReload));
+    m_reloadStop->setToolTip(m_loading ? tr("Stop") : tr("Reload"));
+}
+
+void BrowserFrame::closeEvent(QCloseEvent* event)
+{
+    event->accept();
+    if (!m_closedOnce) {
+        m_closedOnce = true;
+        emit closed();
+    }
+}

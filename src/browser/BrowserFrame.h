@@ -1,0 +1,66 @@
+#pragma once
+
+#include <QWidget>
+
+class BrowserPage;
+class QLabel;
+class QLineEdit;
+class QStackedWidget;
+class QToolButton;
+class QWebEngineDownloadRequest;
+class QWebEnginePage;
+class QWebEngineView;
+
+// The top-level window of one browsing slot: a navigation bar (back, forward, reload or stop, the
+// address), the page, a message bar for refused certificates and downloads, and a panel that
+// stands in for a page whose renderer crashed, with a button to load it again.
+class BrowserFrame : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit BrowserFrame(BrowserPage* page);
+    ~BrowserFrame() override;
+
+    QWebEngineView* view() const { return m_view; }
+    BrowserPage* page() const { return m_page; }
+
+    // Theater mode: full screen without the navigation bar.
+    void setTheaterMode(bool on);
+    bool theaterMode() const { return m_theater; }
+    // Shows the window in its current mode.
+    void showInMode();
+
+    void showDownload(QWebEngineDownloadRequest* download);
+    void showMessage(const QString& text);
+    bool isShowingCrash() const;
+
+    // The frame that shows `page`, if any.
+    static BrowserFrame* frameOfPage(QWebEnginePage* page);
+
+signals:
+    void closed();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void showCrash(const QString& address);
+    void reloadAfterCrash();
+    void updateNavigation();
+
+    BrowserPage* m_page;
+    QWebEngineView* m_view;
+    QWidget* m_navigationBar;
+    QToolButton* m_back;
+    QToolButton* m_forward;
+    QToolButton* m_reloadStop;
+    QLineEdit* m_address;
+    QLabel* m_message;
+    QStackedWidget* m_stack;
+    QLabel* m_crashText;
+    QString m_crashedAddress;
+    bool m_loading = false;
+    bool m_theater = false;
+    bool m_closedOnce = false;
+};

@@ -1,0 +1,68 @@
+#include "BrowserProfile.h"
+
+#include "DownloadHandler.h"
+#include "FrameReport.h"
+#include "core/Globals.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QWebEngineProfile>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+
+#include <unistd.h>
+
+namespace BrowserProfile {
+
+namespace {
+QString g_storageFolder;
+QWebEngineProfile* g_profile = nullptr;
+} // namespace
+
+void prepareEngine()
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    if (::geteuid() != 0)
+        return;
+    QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
+    if (!flags.contains("--no-sandbox"))
+        qputenv("QTWEBENGINE_CHROMIUM_FLAGS", (flags + " --no-sandbox").trimmed());
+}
+
+void setStorageFolder(const QString& folder)
+{
+    g_storageFolder = folder;
+}
+
+QString reportToken()
+{
+    static const QString token = FrameReport::makeToken();
+    return token;
+}
+
+QWebEngineProfile* profile()
+{
+    if (g_profile)
+        return g_profile;
+    const QString folder =
+        g_storageFolder.isEmpty() ? appFilePath(QStringLiteral("Browser")) : g_storageFolder;
+    QDir().mkpath(folder);
+    // Owned by the application object, so it outlives every page of every window.
+    g_profile = new QWebEngineProfile(QStringLiteral("Vantrel"), QCoreApplication::instance());
+    g_profile->setPersistentStoragePath(folder);
+    g_profile->setCachePath(folder + QStringLiteral("/Cache"));
+    g_profile->setPersistentCookiesPolicy(QWebEngineProfile::ForcePersistentCookies);
+
+    QWebEngineScript script;
+    script.setName(QStringLiteral("vantrel-frame-report"));
+    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(true);
+    script.setSourceCode(FrameReport::scriptSource(reportToken()));
+    g_profile->scripts()->insert(script);
+
+    DownloadHandler::attach(g_profile);
+    return g_profile;
+}
+
+} // namespace BrowserProfile

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+// One browsing slot's window as the pool drives it: created hidden, shown and hidden, put into
+// theater (full-screen) mode, sent to an address, asked for its page title, told to quit. It
+// reports navigation begun and completed, documents completed (per frame, sub-frames first), title
+// changes, and its end.
+class BrowserWindow : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    virtual void setVisible(bool visible) = 0;
+    virtual bool isVisible() const = 0;
+    virtual void setTheaterMode(bool on) = 0;
+    virtual bool theaterMode() const = 0;
+    // Loads the address as the user typed it.
+    virtual void navigate(const QString& address) = 0;
+    // The page's title; the address when the page has none.
+    virtual QString locationName() const = 0;
+    // Closes and ends the window; quitted() follows.
+    virtual void quit() = 0;
+
+signals:
+    void beforeNavigate(const QString& url);
+    void navigateComplete(const QString& url);
+    void documentComplete(const QString& url);
+    void titleChange(const QString& title);
+    // The window was closed, by the user or by quit().
+    void quitted();
+    // A page of this window asked for a new window showing `url`.
+    void newWindowRequested(const QString& url);
+};

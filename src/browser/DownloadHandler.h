@@ -1,0 +1,9 @@
+#pragma once
+
+class QWebEngineProfile;
+
+// Saves every download of the profile into the user's Downloads folder, under a name that does not
+// overwrite an existing file, and tells the window that started it how it went.
+namespace DownloadHandler {
+void attach(QWebEngineProfile* profile);
+}

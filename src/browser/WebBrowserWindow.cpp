@@ -1,0 +1,134 @@
+#include "WebBrowserWindow.h"
+
+#include "BrowserFrame.h"
+#include "BrowserPage.h"
+#include "BrowserProfile.h"
+
+#include <QTimer>
+#include <QWebEngineNewWindowRequest>
+#include <QWebEngineScript>
+
+namespace {
+// How long after the engine's load end the top frame's own report may still arrive. Pages where
+// no script runs (error pages, PDF documents) never send one; the load end stands in for them.
+constexpr int kReportGraceMs = 300;
+} // namespace
+
+WebBrowserWindow::WebBrowserWindow(QObject* parent)
+    : BrowserWindow(parent), m_page(new BrowserPage(BrowserProfile::profile(), this))
+{
+    m_frame = new BrowserFrame(m_page);
+    connect(m_page, &BrowserPage::navigationRequested, this,
+            [this](const QUrl& url, bool) { emit beforeNavigate(url.toString()); });
+    connect(m_page, &BrowserPage::frameReported, this, &WebBrowserWindow::onFrameReport);
+    connect(m_page, &QWebEnginePage::loadStarted, this, [this] {
+        ++m_loadNumber;
+        m_topCompleted = false;
+    });
+    connect(m_page, &QWebEnginePage::loadFinished, this, &WebBrowserWindow::onLoadFinished);
+    connect(m_page, &QWebEnginePage::titleChanged, this, &WebBrowserWindow::onTitleChanged);
+    connect(m_page, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
+        // Not opened here: the pool opens it like any other page, in a slot of its own.
+        emit newWindowRequested(request.requestedUrl().toString());
+    });
+    connect(m_frame, &BrowserFrame::closed, this, [this] {
+        if (m_quitted)
+            return;
+        m_quitted = true;
+        m_frame->hide();
+        emit quitted();
+    });
+}
+
+WebBrowserWindow::~WebBrowserWindow()
+{
+    delete m_frame; // before the page it shows, which is a child of this object
+}
+
+void WebBrowserWindow::setVisible(bool visible)
+{
+    if (!m_frame)
+        return;
+    if (visible)
+        m_frame->showInMode();
+    else
+        m_frame->hide();
+}
+
+bool WebBrowserWindow::isVisible() const
+{
+    return m_frame && m_frame->isVisible();
+}
+
+void WebBrowserWindow::setTheaterMode(bool on)
+{
+    if (m_frame)
+        m_frame->setTheaterMode(on);
+}
+
+bool WebBrowserWindow::theaterMode() const
+{
+    return m_frame && m_frame->theaterMode();
+}
+
+void WebBrowserWindow::navigate(const QString& address)
+{
+    m_page->load(QUrl::fromUserInput(address));
+}
+
+QString WebBrowserWindow::locationName() const
+{
+    return m_documentTitle.isEmpty() ? m_page->url().toString() : m_documentTitle;
+}
+
+void WebBrowserWindow::quit()
+{
+    if (m_frame)
+        m_frame->close();
+}
+
+void WebBrowserWindow::onFrameReport(const FrameReport::Report& report)
+{
+    if (report.kind == FrameReport::Report::Created) {
+        if (report.topFrame)
+            m_documentTitle.clear(); // a new top document: its title is not known yet
+        emit navigateComplete(report.url);
+        return;
+    }
+    if (report.topFrame) {
+        m_topCompleted = true;
+        if (!report.title.isEmpty())
+            m_documentTitle = report.title;
+    }
+    emit documentComplete(report.url);
+}
+
+void WebBrowserWindow::onLoadFinished()
+{
+    const quint64 load = m_loadNumber;
+    QTimer::singleShot(kReportGraceMs, this, [this, load] {
+        if (load != m_loadNumber || m_topCompleted)
+            return;
+        m_topCompleted = true;
+        const QString url = m_page->url().toString();
+        emit navigateComplete(url);
+        emit documentComplete(url);
+    });
+}
+
+void WebBrowserWindow::onTitleChanged()
+{
+    // The engine names an untitled page after its address; only a title the document itself
+    // carries counts as a title change.
+    const quint64 load = m_loadNumber;
+    m_page->runJavaScript(QStringLiteral("document.title"), QWebEngineScript::ApplicationWorld,
+                          [self = QPointer<WebBrowserWindow>(this), load](const QVariant& result) {
+                              if (!self || load != self->m_loadNumber)
+                                  return;
+                              const QString title = result.toString();
+                              if (title.isEmpty() || title == self->m_documentTitle)
+                                  return;
+                              self->m_documentTitle = title;
+                              emit self->titleChange(title);
+                          });
+}

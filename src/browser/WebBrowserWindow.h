@@ -1,0 +1,46 @@
+#pragma once
+
+#include "BrowserWindow.h"
+
+#include <QPointer>
+
+class BrowserFrame;
+class BrowserPage;
+struct FrameReportData;
+
+namespace FrameReport {
+struct Report;
+}
+
+// A browsing slot's window on the real browser engine.
+class WebBrowserWindow : public BrowserWindow
+{
+    Q_OBJECT
+
+public:
+    explicit WebBrowserWindow(QObject* parent = nullptr);
+    ~WebBrowserWindow() override;
+
+    void setVisible(bool visible) override;
+    bool isVisible() const override;
+    void setTheaterMode(bool on) override;
+    bool theaterMode() const override;
+    void navigate(const QString& address) override;
+    QString locationName() const override;
+    void quit() override;
+
+    BrowserFrame* frame() const { return m_frame; }
+    BrowserPage* page() const { return m_page; }
+
+private:
+    void onFrameReport(const FrameReport::Report& report);
+    void onLoadFinished();
+    void onTitleChanged();
+
+    QPointer<BrowserFrame> m_frame;
+    BrowserPage* m_page;
+    QString m_documentTitle;     // the top document's own title; "" when it has none
+    bool m_topCompleted = false; // the top frame reported its load for the current navigation
+    quint64 m_loadNumber = 0;
+    bool m_quitted = false;
+};

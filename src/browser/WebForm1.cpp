@@ -1,0 +1,182 @@
+#include "WebForm1.h"
+
+#include "BrowserWindow.h"
+#include "SurfPanel.h"
+#include "WebBrowserWindow.h"
+
+#include "BrowserFrame.h"
+#include "core/Globals.h"
+#include "widgets/GradientButton.h"
+
+namespace {
+constexpr int32_t kPureBlue = 0xFF0000; // 0x00BBGGRR
+constexpr int kCalendarLimitNormalRows = 3;
+constexpr int kCalendarLimitSmallRowsAtUnload = 7;
+
+bool isSlot(int slot)
+{
+    return slot >= 1 && slot <= kWindowSlots;
+}
+} // namespace
+
+WebForm1::WebForm1(SurfPanel* rows, QObject* parent)
+    : QObject(parent), m_rows(rows), m_factory([](QObject* owner) { return new WebBrowserWindow(owner); })
+{
+    setObjectName(QStringLiteral("WebForm1"));
+}
+
+WebForm1::~WebForm1() = default; // the windows are children: they go with the form
+
+void WebForm1::setWindowFactory(WindowFactory factory)
+{
+    m_factory = std::move(factory);
+}
+
+QString WebForm1::slotName(int slot)
+{
+    return QStringLiteral("Internet Explorer %1").arg(slot);
+}
+
+BrowserWindow* WebForm1::ie(int slot) const
+{
+    return slot >= 0 && slot <= 10 ? m_ie[size_t(slot)].data() : nullptr;
+}
+
+bool WebForm1::SlotOpen(int slot) const
+{
+    return slot >= 0 && slot <= 10 && m_slotOpen[size_t(slot)];
+}
+
+void WebForm1::Load()
+{
+    m_slotOpen.fill(false);
+    globals().WebFormBusy = true;
+}
+
+void WebForm1::Unload()
+{
+    Globals& g = globals();
+    g.WebFormBusy = false;
+    for (int slot = 1; slot <= kWindowSlots; ++slot)
+        if (m_slotOpen[size_t(slot)] && m_ie[size_t(slot)])
+            m_ie[size_t(slot)]->quit();
+    if (g.WindowCount < 0)
+        g.WindowCount = 0;
+    if (g.WindowIndex >= 0 && g.WindowIndex <= 10)
+        g.WindowUrl[g.WindowIndex].clear();
+    m_rows->updateCalendarAvailability(kCalendarLimitNormalRows, kCalendarLimitSmallRowsAtUnload);
+    g.LastWindowMode = false;
+}
+
+void WebForm1::Form_LoadGo(int slot)
+{
+    Globals& g = globals();
+    if (slot < 0 || slot > 10)
+        return; // outside the address array: the call ends here
+    g.WindowIndex = slot;
+    SelectieNavigate(slot, g.WindowUrl[slot].isEmpty());
+    g.WindowUrl[slot] = g.CurrentUrl;
+}
+
+void WebForm1::SelectieNavigate(int slot, bool newWindow)
+{
+    if (!isSlot(slot))
+        return;
+    const Globals& g = globals();
+    auto& window = m_ie[size_t(slot)];
+    if (newWindow) {
+        // A window held before is let go, not closed: it lives on without a slot until closed.
+        if (window)
+            window->disconnect(this);
+        window = m_factory(this);
+        connectWindow(slot, window);
+    }
+    if (!window)
+        return; // the slot's window is gone: nothing happens
+    if (slot == 1 && !newWindow)
+        window->setVisible(true);
+    window->setTheaterMode(g.OptTheater);
+    window->setVisible(true);
+    window->navigate(g.CurrentUrl);
+    m_slotOpen[size_t(slot)] = true;
+}
+
+void WebForm1::SelectieWindow(int slot)
+{
+    for (int s = 1; s <= kWindowSlots; ++s)
+        if (m_slotOpen[size_t(s)] && m_ie[size_t(s)])
+            m_ie[size_t(s)]->setVisible(false);
+    if (isSlot(slot) && m_ie[size_t(slot)])
+        m_ie[size_t(slot)]->setVisible(true);
+}
+
+void WebForm1::connectWindow(int slot, BrowserWindow* window)
+{
+    connect(window, &BrowserWindow::beforeNavigate, this,
+            [this, slot](const QString& url) { BeforeNavigate2(slot, url); });
+    connect(window, &BrowserWindow::navigateComplete, this, &WebForm1::NavigateComplete2);
+    connect(window, &BrowserWindow::documentComplete, this,
+            [this, slot](const QString& url) { DocumentComplete(slot, url); });
+    connect(window, &BrowserWindow::titleChange, this,
+            [this, slot](const QString& title) { TitleChange(slot, title); });
+    connect(window, &BrowserWindow::quitted, this, [this, slot, window] { OnQuit(slot, window); });
+    connect(window, &BrowserWindow::newWindowRequested, this, &WebForm1::newWindowRequested);
+}
+
+void WebForm1::BeforeNavigate2(int slot, const QString& url)
+{
+    globals().WindowIndex = slot;
+    MarkRowNavigating(slot, url);
+}
+
+void WebForm1::NavigateComplete2(const QString& url)
+{
+    globals().CurrentUrl = url;
+}
+
+void WebForm1::DocumentComplete(int slot, const QString& url)
+{
+    Globals& g = globals();
+    GradientButton* row = m_rows->Button(slot - 1);
+    row->setTag(url);
+    row->setToolTip(url);
+    g.CurrentUrl = url;
+    if (BrowserWindow* window = ie(slot))
+        g.CurrentTitle = window->locationName();
+    row->setText(g.CurrentTitle);
+    emit documentCompleted(slotName(slot));
+}
+
+void WebForm1::TitleChange(int slot, const QString& title)
+{
+    GradientButton* row = m_rows->Button(slot - 1);
+    row->setText(title);
+    row->update();
+}
+
+void WebForm1::OnQuit(int slot, BrowserWindow* window)
+{
+    Globals& g = globals();
+    m_rows->hideRow(slot - 1);
+    g.WindowUrl[slot].clear();
+    m_slotOpen[size_t(slot)] = false;
+    if (m_ie[size_t(slot)] == window)
+        m_ie[size_t(slot)] = nullptr;
+    window->disconnect(this);
+    window->deleteLater();
+    g.WindowCount = g.WindowCount - 1;
+}
+
+void WebForm1::MarkRowNavigating(int slot, const QString& address)
+{
+    Globals& g = globals();
+    g.WindowFlagB = true;
+    GradientButton* row = m_rows->Button(slot - 1);
+    row->setText(address);
+    row->setValue(true);
+    row->setBackColor(g.ButtonTextColor);
+    row->setTextColor(kPureBlue);
+    row->setTag(address);
+    row->update();
+    g.WindowFlagB = false;
+}

@@ -1,0 +1,93 @@
+#include "Startup.h"
+
+#include "ButtonFile.h"
+#include "Globals.h"
+#include "HistoryFile.h"
+#include "ListFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+void InitDefaults()
+{
+    Globals& g = globals();
+    g.MainLeft = kDefaultMainLeft;
+    g.MainTop = kDefaultMainTop;
+    g.MainHeight = kDefaultMainHeight;
+    g.MainWidth = kDefaultMainWidth;
+    const auto colors = g.colors();
+    for (size_t i = 0; i < colors.size(); ++i)
+        *colors[i] = kDefaultColors[i];
+    g.OptBold = false;
+    g.OptStartList = false;
+    g.OptStartUrl = false;
+    g.AppTitle = QString::fromLatin1(kDefaultTitle);
+    g.FontType = kDefaultFontType;
+    g.StartUrl = QString::fromLatin1(kDefaultStartUrl);
+    g.NewWindowUrl = QString::fromLatin1(kDefaultNewWindowUrl);
+}
+
+void InitState()
+{
+    Globals& g = globals();
+    g.WindowCount = 0;
+    g.WindowIndex = 0;
+    g.NextRunItem = 1;
+    g.WebFormBusy = false;
+    g.WindowFlagB = false;
+    g.FavFolderSel.clear();
+    g.NewWindowMode = true;
+    g.RunListShown = false;
+    g.RunListRunning = false;
+    g.RunListLoop = false;
+    g.RunInterval = 30;
+    g.StartListIndex = 0;
+    g.RunListMulti = false;
+    g.AboutShown = false;
+    g.OptTheater = false;
+    g.LastWindowMode = false;
+    g.OptOnTop = true;
+    for (int slot = 1; slot <= kWindowSlots; ++slot)
+        g.WindowUrl[slot].clear();
+}
+
+QString DefaultProgramFolder()
+{
+    QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
+    if (dataHome.isEmpty() || !QDir::isAbsolutePath(dataHome))
+        dataHome = QDir::homePath() + QStringLiteral("/.local/share");
+    return QDir::cleanPath(dataHome + QStringLiteral("/Vantrel"));
+}
+
+void ResolveAppPath(const QString& programFileName)
+{
+    Globals& g = globals();
+    g.AppPath = QDir::currentPath();
+    if (QFileInfo(QDir::current().filePath(programFileName)).isFile())
+        return; // a portable installation keeps its files beside the program
+    // An installed program lives in the system's program folder; its own files live in the user's
+    // data folder, which therefore stands for the program folder.
+    g.AppPath = DefaultProgramFolder();
+    if (QDir().mkpath(g.AppPath))
+        QDir::setCurrent(g.AppPath);
+}
+
+void StartUp()
+{
+    InitDefaults();
+    InitState();
+    ResolveAppPath();
+    LoadButtonFile(appFilePath(QString::fromLatin1(kButtonFileName)));
+    LoadListFile(appFilePath(QString::fromLatin1(kListFileName)));
+    LoadHistoryFile(appFilePath(QString::fromLatin1(kHistoryFileName)));
+}
+
+QString GetFavoritesFolder(long folderId)
+{
+    constexpr long kFavoritesFolderId = 6;
+    const QString home = qEnvironmentVariable("HOME");
+    if (folderId != kFavoritesFolderId || home.isEmpty())
+        return QString();
+    const QString folder = QDir::cleanPath(home + QStringLiteral("/Favorites"));
+    return QDir().mkpath(folder) ? folder : QString();
+}

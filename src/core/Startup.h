@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+
+// The first steps of every start, before the main window exists.
+
+// Option and colour defaults of a new installation (geometry, colours, start-up choices, titles).
+void InitDefaults();
+
+// The run-time state of a fresh start: no windows, no run, free slots.
+void InitState();
+
+// The default program folder: $XDG_DATA_HOME/Vantrel, or ~/.local/share/Vantrel.
+QString DefaultProgramFolder();
+
+// Finds the program folder and makes it the current directory where needed:
+// - the current folder when it holds the program file ("vantrel"): a portable installation;
+// - otherwise the default program folder, created when missing so that saving works on a first
+//   start, which then becomes the current directory.
+// When the default folder can neither be found nor made, AppPath still names it, so that the data
+// files are simply not found.
+void ResolveAppPath(const QString& programFileName = QStringLiteral("vantrel"));
+
+// Steps 1 to 4 of the entry procedure: defaults, state, program folder, then the button, list
+// and history files, in this order (reading the lists empties the history arrays).
+void StartUp();
+
+// The path of a shell folder; only the Favorites folder (id 6) is asked for: $HOME/Favorites,
+// created when missing, "" when $HOME is unset or the folder cannot be made.
+QString GetFavoritesFolder(long folderId);

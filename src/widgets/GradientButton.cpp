@@ -1,0 +1,119 @@
+#include "GradientButton.h"
+
+#include "core/StoredColor.h"
+
+#include <QLinearGradient>
+#include <QPainter>
+#include <QStyleOptionButton>
+
+GradientButton::GradientButton(QWidget* parent) : QPushButton(parent)
+{
+    setCheckable(true); // the state value lives in the checked state
+}
+
+GradientButton::GradientButton(const QString& name, const QString& caption, QWidget* parent)
+    : GradientButton(parent)
+{
+    setObjectName(name);
+    setText(caption);
+}
+
+void GradientButton::setBackColor(int32_t color)
+{
+    m_backColor = color;
+    update();
+}
+
+void GradientButton::setTextColor(int32_t color)
+{
+    m_textColor = color;
+    update();
+}
+
+void GradientButton::setEndColor(int32_t color)
+{
+    m_endColor = color;
+    update();
+}
+
+void GradientButton::setColors(int32_t back, int32_t text, int32_t end)
+{
+    m_backColor = back;
+    m_textColor = text;
+    m_endColor = end;
+    update();
+}
+
+namespace {
+// A stored value that names no colour leaves the palette's own colour in place.
+QColor resolvedOr(int32_t stored, const QPalette& palette, QPalette::ColorRole fallback)
+{
+    const QColor c = StoredColor::resolve(stored, palette);
+    return c.isValid() ? c : palette.color(fallback);
+}
+} // namespace
+
+QColor GradientButton::resolvedBackColor() const
+{
+    return resolvedOr(m_backColor, palette(), QPalette::Button);
+}
+
+QColor GradientButton::resolvedTextColor() const
+{
+    return resolvedOr(m_textColor, palette(), QPalette::ButtonText);
+}
+
+QColor GradientButton::resolvedEndColor() const
+{
+    return resolvedOr(m_endColor, palette(), QPalette::Button);
+}
+
+void GradientButton::nextCheckState()
+{
+    if (m_twoState)
+        QPushButton::nextCheckState();
+}
+
+void GradientButton::paintEvent(QPaintEvent*)
+{
+    QPainter p(this);
+    const QRect r = rect();
+    const bool sunken = isDown() || isChecked();
+
+    QLinearGradient gradient(r.topLeft(), r.topRight());
+    gradient.setColorAt(0, resolvedBackColor());
+    gradient.setColorAt(1, resolvedEndColor());
+    p.fillRect(r, gradient);
+
+    // A thin bevel: light above and left when raised, dark there when pressed in.
+    const QColor light = palette().color(QPalette::Light);
+    const QColor dark = palette().color(QPalette::Dark);
+    p.setPen(sunken ? dark : light);
+    p.drawLine(r.topLeft(), r.topRight());
+    p.drawLine(r.topLeft(), r.bottomLeft());
+    p.setPen(sunken ? light : dark);
+    p.drawLine(r.bottomLeft(), r.bottomRight());
+    p.drawLine(r.topRight(), r.bottomRight());
+
+    QRect textRect = r.adjusted(4, 1, -4, -1);
+    if (sunken)
+        textRect.translate(1, 1);
+    if (!icon().isNull()) {
+        const QSize size = iconSize();
+        const QRect iconRect(textRect.left(), textRect.center().y() - size.height() / 2, size.width(),
+                             size.height());
+        icon().paint(&p, iconRect, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+        textRect.setLeft(iconRect.right() + 4);
+    }
+    p.setPen(isEnabled() ? resolvedTextColor() : palette().color(QPalette::Disabled, QPalette::ButtonText));
+    p.setFont(font());
+    const QString caption = fontMetrics().elidedText(text(), Qt::ElideRight, textRect.width());
+    p.drawText(textRect, Qt::AlignCenter | Qt::TextSingleLine, caption);
+
+    if (hasFocus()) {
+        QStyleOptionFocusRect focus;
+        focus.initFrom(this);
+        focus.rect = r.adjusted(2, 2, -2, -2);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
+    }
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QPushButton>
+
+#include <cstdint>
+
+// The program's button: it paints a gradient from its background colour to its end colour, with
+// its caption in its text colour. Colours are stored values (RGB or a desktop colour reference),
+// resolved against the palette when painted, so desktop colours follow the theme. A tag carries
+// the button's data (a page address, a drag source name). The state value is the checked state;
+// only a two-state button changes it when clicked.
+class GradientButton : public QPushButton
+{
+    Q_OBJECT
+    Q_PROPERTY(QString tag READ tag WRITE setTag)
+    Q_PROPERTY(bool value READ value WRITE setValue)
+
+public:
+    explicit GradientButton(QWidget* parent = nullptr);
+    GradientButton(const QString& name, const QString& caption, QWidget* parent);
+
+    QString tag() const { return m_tag; }
+    void setTag(const QString& tag) { m_tag = tag; }
+
+    // The state value: true is "pressed in" (reported as 1).
+    bool value() const { return isChecked(); }
+    void setValue(bool on) { setChecked(on); }
+    void setTwoState(bool twoState) { m_twoState = twoState; }
+    bool isTwoState() const { return m_twoState; }
+
+    int32_t backColor() const { return m_backColor; }
+    int32_t textColor() const { return m_textColor; }
+    int32_t endColor() const { return m_endColor; }
+    void setBackColor(int32_t color);
+    void setTextColor(int32_t color);
+    void setEndColor(int32_t color);
+    void setColors(int32_t back, int32_t text, int32_t end);
+
+    // The colours as painted now.
+    QColor resolvedBackColor() const;
+    QColor resolvedTextColor() const;
+    QColor resolvedEndColor() const;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void nextCheckState() override;
+
+private:
+    QString m_tag;
+    bool m_twoState = false;
+    int32_t m_backColor = int32_t(0x8000000F); // button face
+    int32_t m_textColor = int32_t(0x80000012); // button text
+    int32_t m_endColor = int32_t(0x8000000F);
+};

@@ -1,0 +1,6 @@
+#pragma once
+
+// The program keeps positions and sizes in twips (1/1440 inch), as its options file always has;
+// on screen they become pixels at the screen's logical resolution (15 twips a pixel at 96 DPI).
+int twipsToPixels(int twips);
+int pixelsToTwips(int pixels);

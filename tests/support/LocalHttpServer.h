@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QHash>
+#include <QTcpServer>
+
+// A small HTTP server on 127.0.0.1 for the browser tests: it answers GET requests for the pages
+// it was given, 404 otherwise, and closes each connection after its answer.
+class LocalHttpServer : public QTcpServer
+{
+    Q_OBJECT
+
+public:
+    explicit LocalHttpServer(QObject* parent = nullptr);
+    bool start();
+    void setPage(const QString& path, const QByteArray& html);
+    QString url(const QString& path) const;
+    QStringList requests; // the paths asked for, in order
+
+private:
+    void answer(QTcpSocket* socket);
+    QHash<QString, QByteArray> m_pages;
+};

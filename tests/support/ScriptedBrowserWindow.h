@@ -1,0 +1,39 @@
+#pragma once
+
+#include "browser/BrowserWindow.h"
+
+#include <QStringList>
+
+// A stand-in for a browser window that does what it is told and raises the events a test asks
+// for, in the order a real window raises them.
+class ScriptedBrowserWindow : public BrowserWindow
+{
+    Q_OBJECT
+
+public:
+    using BrowserWindow::BrowserWindow;
+
+    void setVisible(bool visible) override;
+    bool isVisible() const override { return m_visible; }
+    void setTheaterMode(bool on) override;
+    bool theaterMode() const override { return m_theater; }
+    void navigate(const QString& address) override { navigations.append(address); }
+    QString locationName() const override { return title.isEmpty() ? url : title; }
+    void quit() override;
+
+    // A page load: navigation begins, the document is created, the title arrives (when given),
+    // each sub-frame completes and then the page itself.
+    void load(const QString& pageUrl, const QString& pageTitle, const QStringList& frameUrls = {});
+    // The user closes the window.
+    void closeByHand() { quit(); }
+
+    QStringList navigations;
+    QStringList calls; // "visible", "hidden", "theater on", "theater off", "quit" in order
+    QString url;
+    QString title;
+
+private:
+    bool m_visible = false;
+    bool m_theater = false;
+    bool m_quit = false;
+};
