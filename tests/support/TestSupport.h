@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QString>
 #include <QTemporaryDir>
 #include <QTest>
@@ -53,6 +54,21 @@ public:
 private:
     rlimit m_saved{};
 };
+
+// Waits until `done()` holds or `timeoutMs` passed, looking every few milliseconds; true when it
+// holds. (The browser engine always has more events waiting, so a wait that processes events until
+// none are left would only look at the end of its time.)
+template <typename Predicate> bool waitFor(Predicate done, int timeoutMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > timeoutMs)
+            return false;
+        QTest::qWait(5);
+    }
+    return true;
+}
 
 // The main() of a test that shows windows or runs the browser engine: the engine's flags are set
 // before the application object exists.

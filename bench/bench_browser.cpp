@@ -1,0 +1,104 @@
+// From NewBtnAction to the document-complete event of a local page, in the first and in later
+// windows, set against a bare QWebEngineView loading the same page in the same run.
+#include "BenchSupport.h"
+#include "browser/BrowserProfile.h"
+#include "browser/Vantrel1.h"
+#include "browser/WebForm1.h"
+#include "core/Globals.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QWebEnginePage>
+#include <QWebEngineProfile>
+#include <QWebEngineView>
+
+#include <vector>
+
+namespace {
+
+constexpr int kRounds = 5;
+
+double waitMs(QElapsedTimer& timer, bool& done)
+{
+    QEventLoop loop;
+    QTimer poll;
+    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
+        if (done)
+            loop.quit();
+    });
+    poll.start(1);
+    loop.exec();
+    return double(timer.nsecsElapsed()) / 1e6;
+}
+
+double median(std::vector<double> v)
+{
+    std::sort(v.begin(), v.end());
+    return v[v.size() / 2];
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    QTemporaryDir dir;
+    BrowserProfile::setStorageFolder(dir.filePath("profile"));
+    BrowserProfile::prepareEngine();
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    globals().AppPath = dir.path();
+
+    const QString pagePath = dir.filePath("page.html");
+    QFile page(pagePath);
+    page.open(QIODevice::WriteOnly);
+    page.write(
+        "<html><head><title>Bench Page</title></head><body><h1>Bench</h1><p>A local page.</p></body></html>");
+    page.close();
+    const QString url = QUrl::fromLocalFile(pagePath).toString();
+
+    std::vector<double> firstWindow, laterWindows, bareFirst, bareLater;
+    for (int round = 0; round < kRounds; ++round) {
+        // The program's path: NewBtnAction to the top document's completion, eight windows.
+        Vantrel1 main;
+        main.Form_Load();
+        bool done = false;
+        QObject::connect(main.webForm(), &WebForm1::documentCompleted, &main, [&] { done = true; });
+        for (int w = 0; w < 8; ++w) {
+            done = false;
+            QElapsedTimer timer;
+            timer.start();
+            globals().CurrentUrl = url;
+            main.NewBtnAction(true);
+            (w == 0 ? firstWindow : laterWindows).push_back(waitMs(timer, done));
+        }
+        main.Form_Unload();
+
+        // A bare view on the same profile, eight windows.
+        std::vector<std::unique_ptr<QWebEngineView>> views;
+        for (int w = 0; w < 8; ++w) {
+            bool loaded = false;
+            QElapsedTimer timer;
+            timer.start();
+            auto view = std::make_unique<QWebEngineView>();
+            auto* bare = new QWebEnginePage(BrowserProfile::profile(), view.get());
+            view->setPage(bare);
+            QObject::connect(bare, &QWebEnginePage::loadFinished, view.get(), [&] { loaded = true; });
+            view->show();
+            bare->load(QUrl(url));
+            (w == 0 ? bareFirst : bareLater).push_back(waitMs(timer, loaded));
+            views.push_back(std::move(view));
+        }
+        views.clear();
+        QEventLoop settle;
+        QTimer::singleShot(200, &settle, &QEventLoop::quit);
+        settle.exec();
+    }
+    std::printf("NewBtnAction to document complete, medians of %d rounds (later: windows 2..8)\n", kRounds);
+    report("first window", median(firstWindow), "bare QWebEngineView", median(bareFirst), 1.1);
+    report("later windows", median(laterWindows), "bare QWebEngineView", median(bareLater), 1.1);
+    return 0;
+}

@@ -1,0 +1,232 @@
+#include "LocalHttpServer.h"
+#include "TestSupport.h"
+#include "browser/BrowserFrame.h"
+#include "browser/BrowserPage.h"
+#include "browser/SurfPanel.h"
+#include "browser/Vantrel1.h"
+#include "browser/WebBrowserWindow.h"
+#include "browser/WebForm1.h"
+#include "core/DialogService.h"
+#include "core/Globals.h"
+#include "widgets/GradientButton.h"
+
+#include <QDir>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QWebEngineView>
+
+#include <csignal>
+#include <memory>
+
+namespace {
+constexpr int kLoadTimeoutMs = 30000;
+}
+
+// The pool with the real browser engine on local pages: files, and pages of a small HTTP server
+// on 127.0.0.1.
+class TestBrowserWindow : public QObject
+{
+    Q_OBJECT
+
+    Globals& g = globals();
+    std::unique_ptr<TempAppFolder> m_app;
+    std::unique_ptr<Vantrel1> m_main;
+    LocalHttpServer m_server;
+    QTemporaryDir m_pages;
+
+    QString pageFile(const QString& name, const QByteArray& html)
+    {
+        const QString path = m_pages.filePath(name);
+        writeAll(path, html);
+        return QUrl::fromLocalFile(path).toString();
+    }
+    WebBrowserWindow* window(int slot)
+    {
+        return qobject_cast<WebBrowserWindow*>(m_main->webForm()->ie(slot));
+    }
+    GradientButton* row(int slot) { return m_main->surf()->Button(slot - 1); }
+    void open(const QString& url)
+    {
+        g.CurrentUrl = url;
+        m_main->NewBtnAction(true);
+    }
+    // Opens `url` in a new window and waits for `documents` completed documents (at most the
+    // load time-out); their addresses, in order, are returned.
+    QStringList openAndWait(const QString& url, int documents = 1)
+    {
+        QStringList completed;
+        auto connection = connect(m_main->webForm(), &WebForm1::documentCompleted, this,
+                                  [&] { completed << g.CurrentUrl; });
+        open(url);
+        waitFor([&] { return completed.size() >= documents; }, kLoadTimeoutMs);
+        disconnect(connection);
+        return completed;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(m_server.start());
+        m_server.setPage("/titled.html",
+                         "<html><head><title>Served Title</title></head><body>hello</body></html>");
+        m_server.setPage("/plain.html", "<html><body>no title here</body></html>");
+        m_server.setPage("/frames.html", "<html><head><title>Three Frames</title></head><body>"
+                                         "<iframe src='/f1.html'></iframe><iframe src='/f2.html'></iframe>"
+                                         "<iframe src='/f3.html'></iframe></body></html>");
+        for (const char* f : {"/f1.html", "/f2.html", "/f3.html"})
+            m_server.setPage(f, QByteArray("<html><head><title>frame</title></head><body>") + f +
+                                    "</body></html>");
+        m_server.setPage("/opener.html",
+                         "<html><head><title>Opener</title></head><body>"
+                         "<a id='l' href='/titled.html' target='_blank'>open</a></body></html>");
+    }
+    void init()
+    {
+        m_app = std::make_unique<TempAppFolder>();
+        m_main = std::make_unique<Vantrel1>();
+        m_main->Form_Load();
+        DialogService::clearShown();
+    }
+    void cleanup()
+    {
+        if (m_main)
+            m_main->Form_Unload();
+        m_main.reset();
+        QTest::qWait(50); // let the engine take the closed windows down
+        m_app.reset();
+    }
+
+    void rowShowsTheAddressFirstAndThenTheTitle()
+    {
+        const QString url =
+            pageFile("titled.html", "<html><head><title>File Title</title></head><body>x</body></html>");
+        QStringList captionsAtStart;
+        g.CurrentUrl = url;
+        m_main->NewBtnAction(true);
+        WebBrowserWindow* w = window(1);
+        QVERIFY(w);
+        connect(w, &BrowserWindow::beforeNavigate, this, [&] { captionsAtStart << row(1)->text(); });
+        QTRY_COMPARE_WITH_TIMEOUT(row(1)->text(), QStringLiteral("File Title"), kLoadTimeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(row(1)->toolTip(), url, kLoadTimeoutMs);
+        QCOMPARE(row(1)->tag(), url);
+        QCOMPARE(g.CurrentTitle, QStringLiteral("File Title"));
+        QVERIFY(row(1)->isVisibleTo(m_main.get()));
+        QVERIFY(w->isVisible());
+        QCOMPARE(g.WindowCount, 1);
+        QCOMPARE(g.WindowUrl[1], url);
+
+        // A second page in the same window: the row shows its address as soon as it begins.
+        const QString second = m_server.url("/titled.html");
+        captionsAtStart.clear();
+        g.CurrentUrl = second;
+        m_main->NewBtnAction(false);
+        QTRY_VERIFY_WITH_TIMEOUT(!captionsAtStart.isEmpty(), kLoadTimeoutMs);
+        QCOMPARE(captionsAtStart.first(), second);
+        QTRY_COMPARE_WITH_TIMEOUT(row(1)->text(), QStringLiteral("Served Title"), kLoadTimeoutMs);
+    }
+    void untitledPageShowsItsAddress()
+    {
+        const QString url = m_server.url("/plain.html");
+        const QStringList completed = openAndWait(url);
+        QCOMPARE(completed, QStringList{url});
+        QCOMPARE(row(1)->text(), url);
+        QCOMPARE(g.CurrentTitle, url);
+    }
+    void eachFrameCompletesBeforeItsPageAndIsToldToTheHistory()
+    {
+        QStringList groups;
+        connect(m_main->webForm(), &WebForm1::documentCompleted, this,
+                [&](const QString& group) { groups << group; });
+        const QStringList completed = openAndWait(m_server.url("/frames.html"), 4);
+        QCOMPARE(completed.size(), 4);
+        QCOMPARE(completed.last(), m_server.url("/frames.html"));
+        QStringList frames = completed.mid(0, 3);
+        frames.sort();
+        QCOMPARE(frames,
+                 (QStringList{m_server.url("/f1.html"), m_server.url("/f2.html"), m_server.url("/f3.html")}));
+        QCOMPARE(groups, QStringList(4, QStringLiteral("Internet Explorer 1")));
+        QCOMPARE(row(1)->text(), QStringLiteral("Three Frames"));
+    }
+    void closingAWindowByHandHidesItsRowAndFreesItsSlot()
+    {
+        openAndWait(m_server.url("/titled.html"));
+        openAndWait(m_server.url("/plain.html"));
+        QCOMPARE(g.WindowCount, 2);
+        window(1)->frame()->close();
+        QCOMPARE(g.WindowCount, 1);
+        QVERIFY(!row(1)->isVisibleTo(m_main.get()));
+        QCOMPARE(g.WindowUrl[1], QString());
+        QTRY_VERIFY(!window(1));
+        openAndWait(m_server.url("/titled.html"));
+        QVERIFY(window(1));
+        QCOMPARE(g.WindowCount, 2);
+    }
+    void eightWindowsThenTheQuestionAndUnloadQuitsThemAll()
+    {
+        for (int i = 1; i <= 8; ++i)
+            QCOMPARE(openAndWait(pageFile(QString("p%1.html").arg(i),
+                                          QString("<title>Page %1</title>").arg(i).toUtf8()))
+                         .size(),
+                     1);
+        QCOMPARE(g.WindowCount, 8);
+        for (int slot = 1; slot <= 8; ++slot)
+            QCOMPARE(row(slot)->text(), QString("Page %1").arg(slot));
+        DialogService::setNextAnswer(DialogService::Answer::No);
+        open(m_server.url("/titled.html"));
+        QCOMPARE(DialogService::shownTexts().size(), 1);
+        QList<QPointer<BrowserFrame>> frames;
+        for (int slot = 1; slot <= 8; ++slot)
+            frames << window(slot)->frame();
+        m_main->Form_Unload();
+        QCOMPARE(g.WindowCount, 0);
+        for (auto& frame : frames)
+            QTRY_VERIFY(!frame);
+    }
+    void linkAskingForANewWindowGetsASlotOfItsOwn()
+    {
+        openAndWait(m_server.url("/opener.html"));
+        QSignalSpy completed(m_main->webForm(), &WebForm1::documentCompleted);
+        window(1)->page()->runJavaScript("document.getElementById('l').click();");
+        QTRY_VERIFY_WITH_TIMEOUT(window(2), kLoadTimeoutMs);
+        QTRY_COMPARE_WITH_TIMEOUT(row(2)->text(), QStringLiteral("Served Title"), kLoadTimeoutMs);
+        QCOMPARE(g.WindowCount, 2);
+    }
+    void theaterModeShowsTheWindowFullScreenWithoutItsBar()
+    {
+        g.OptTheater = true;
+        openAndWait(m_server.url("/titled.html"));
+        QVERIFY(window(1)->frame()->isFullScreen());
+        QVERIFY(!window(1)->frame()->findChild<QWidget*>("NavigationBar")->isVisible());
+    }
+    void crashedPageShowsItsAddressAndLoadsAgain()
+    {
+        const QString url = m_server.url("/titled.html");
+        openAndWait(url);
+        BrowserFrame* frame = window(1)->frame();
+        const qint64 pid = window(1)->page()->renderProcessPid();
+        QVERIFY(pid > 0);
+        ::kill(pid_t(pid), SIGKILL);
+        QTRY_VERIFY_WITH_TIMEOUT(frame->isShowingCrash(), kLoadTimeoutMs);
+        QVERIFY(frame->findChild<QLabel*>("CrashText")->text().contains(url));
+        QStringList completed;
+        connect(m_main->webForm(), &WebForm1::documentCompleted, this, [&] { completed << g.CurrentUrl; });
+        QTest::mouseClick(frame->findChild<QPushButton*>("CrashReloadBtn"), Qt::LeftButton);
+        QTRY_VERIFY_WITH_TIMEOUT(completed.contains(url), kLoadTimeoutMs);
+        QVERIFY(!frame->isShowingCrash());
+    }
+    void addressTypedInTheWindowNavigatesIt()
+    {
+        openAndWait(m_server.url("/plain.html"));
+        auto* address = window(1)->frame()->findChild<QLineEdit*>("AddressEdit");
+        QVERIFY(address);
+        address->setText(m_server.url("/titled.html"));
+        QTest::keyClick(address, Qt::Key_Return);
+        QTRY_COMPARE_WITH_TIMEOUT(row(1)->text(), QStringLiteral("Served Title"), kLoadTimeoutMs);
+    }
+};
+
+VANTREL_GUI_TEST_MAIN(TestBrowserWindow)
+#include "tst_browserwindow.moc"
