@@ -15,6 +15,9 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
 #include <QTest>
 #include <QWebEngineView>
 
@@ -216,6 +219,47 @@ private slots:
         QTest::mouseClick(frame->findChild<QPushButton*>("CrashReloadBtn"), Qt::LeftButton);
         QTRY_VERIFY_WITH_TIMEOUT(completed.contains(url), kLoadTimeoutMs);
         QVERIFY(!frame->isShowingCrash());
+    }
+    void untrustedCertificateIsRefusedAndShown()
+    {
+        QSslServer tls;
+        QSslConfiguration config = QSslConfiguration::defaultConfiguration();
+        config.setLocalCertificate(QSslCertificate(testData("selfsigned.crt")));
+        config.setPrivateKey(QSslKey(testData("selfsigned.key"), QSsl::Rsa));
+        tls.setSslConfiguration(config);
+        QVERIFY(tls.listen(QHostAddress::LocalHost));
+        const QString url = QString("https://127.0.0.1:%1/secret.html").arg(tls.serverPort());
+        const QStringList completed = openAndWait(url);
+        QCOMPARE(completed.size(), 1); // the error page stands in for the document
+        auto* bar = window(1)->frame()->findChild<QLabel*>("MessageBar");
+        QVERIFY(bar);
+        QVERIFY(waitFor([&] { return bar->isVisibleTo(window(1)->frame()); }, kLoadTimeoutMs));
+        QVERIFY2(bar->text().contains("127.0.0.1"), qPrintable(bar->text()));
+        QVERIFY(bar->text().contains("refused"));
+    }
+    void downloadsGoToTheDownloadsFolderWithoutOverwriting()
+    {
+        QTemporaryDir home;
+        const QByteArray savedHome = qgetenv("HOME");
+        qputenv("HOME", home.path().toUtf8());
+        m_server.setResponse("/report.txt", "report contents",
+                             "Content-Type: application/octet-stream\r\n"
+                             "Content-Disposition: attachment; filename=\"report.txt\"\r\n");
+        openAndWait(m_server.url("/plain.html"));
+        const QString first = home.filePath("Downloads/report.txt");
+        const QString second = home.filePath("Downloads/report (1).txt");
+        window(1)->navigate(m_server.url("/report.txt"));
+        const bool firstSaved = waitFor([&] { return readAll(first) == "report contents"; }, kLoadTimeoutMs);
+        window(1)->navigate(m_server.url("/report.txt"));
+        const bool secondSaved =
+            waitFor([&] { return readAll(second) == "report contents"; }, kLoadTimeoutMs);
+        auto* bar = window(1)->frame()->findChild<QLabel*>("MessageBar");
+        const bool told =
+            waitFor([&] { return bar->text().startsWith("Downloaded report (1).txt"); }, kLoadTimeoutMs);
+        qputenv("HOME", savedHome);
+        QVERIFY(firstSaved);
+        QVERIFY(secondSaved);
+        QVERIFY2(told, qPrintable(bar->text()));
     }
     void addressTypedInTheWindowNavigatesIt()
     {

@@ -286,6 +286,7 @@ private slots:
     void everyControlHasItsName()
     {
         m_main->Form_Load();
+        m_main->surf()->Calendar1(); // made when first needed
         for (const QString& name :
              {"TabStrip1", "Frame1", "Frame2", "Frame4", "Frame7", "Frame8", "Calendar1", "NewBtn",
               "ToggleBtn", "QuikViewBtn", "CalendarBtn", "Timer1", "WebForm1", "TabPanel1", "TabPanel5",

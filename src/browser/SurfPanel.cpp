@@ -92,13 +92,29 @@ SurfPanel::SurfPanel(QWidget* parent) : QFrame(parent)
 
     m_frame7 = new QGroupBox(this);
     m_frame7->setObjectName(QStringLiteral("Frame7"));
-    m_calendar = new QCalendarWidget(m_frame7);
-    m_calendar->setObjectName(QStringLiteral("Calendar1"));
-    m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
     auto* calendarLayout = new QVBoxLayout(m_frame7);
     calendarLayout->setContentsMargins(4, 4, 4, 4);
-    calendarLayout->addWidget(m_calendar);
     m_frame7->hide();
+}
+
+QCalendarWidget* SurfPanel::Calendar1()
+{
+    if (!m_calendar) {
+        m_calendar = new QCalendarWidget(m_frame7);
+        m_calendar->setObjectName(QStringLiteral("Calendar1"));
+        m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
+        if (m_calendarDate.isValid())
+            m_calendar->setSelectedDate(m_calendarDate);
+        m_frame7->layout()->addWidget(m_calendar);
+    }
+    return m_calendar;
+}
+
+void SurfPanel::setCalendarDate(const QDate& date)
+{
+    m_calendarDate = date;
+    if (m_calendar)
+        m_calendar->setSelectedDate(date);
 }
 
 // ---- opening pages -------------------------------------------------------------------------
@@ -263,6 +279,7 @@ void SurfPanel::QuikViewBtn_Click()
 
 void SurfPanel::CalendarBtn_Click()
 {
+    Calendar1();
     m_frame7->setVisible(!m_frame7->isVisible());
     if (m_frame7->isVisible())
         m_frame7->setTitle(u' ' + Clock::timeOfDay().toString(QStringLiteral("HH:mm:ss")) + u' ');

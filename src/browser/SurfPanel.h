@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDate>
 #include <QFrame>
 
 #include <array>
@@ -32,7 +33,10 @@ public:
     GradientButton* QuikViewBtn() const { return m_quikViewBtn; }
     GradientButton* CalendarBtn() const { return m_calendarBtn; }
     QGroupBox* Frame7() const { return m_frame7; }
-    QCalendarWidget* Calendar1() const { return m_calendar; }
+    // The month calendar on Frame7; made when first needed, since most starts never show it.
+    QCalendarWidget* Calendar1();
+    // The day the calendar shows (set to today when the main window loads).
+    void setCalendarDate(const QDate& date);
     QFrame* Frame8() const { return m_frame8; }
 
     // Opens CurrentUrl in a new browser window or in the current one.
@@ -91,7 +95,8 @@ private:
     GradientButton* m_quikViewBtn;
     GradientButton* m_calendarBtn;
     QGroupBox* m_frame7;
-    QCalendarWidget* m_calendar;
+    QCalendarWidget* m_calendar = nullptr;
+    QDate m_calendarDate;
     QFrame* m_frame8;
     int m_formWidthTwips = 4700;
     int m_rowHeightTwips = 750;

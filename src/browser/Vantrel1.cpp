@@ -120,7 +120,7 @@ void Vantrel1::Form_Load()
     for (int row = 0; row < kWindowSlots; ++row)
         m_surf->hideRow(row);
     g.FavoritesPath = GetFavoritesFolder(kFavoritesFolderId);
-    m_surf->Calendar1()->setSelectedDate(Clock::today());
+    m_surf->setCalendarDate(Clock::today());
     InitFormState();
     LoadColors();
     LoadOptions();

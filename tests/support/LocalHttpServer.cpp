@@ -19,7 +19,12 @@ bool LocalHttpServer::start()
 
 void LocalHttpServer::setPage(const QString& path, const QByteArray& html)
 {
-    m_pages.insert(path, html);
+    setResponse(path, html, "Content-Type: text/html; charset=utf-8\r\n");
+}
+
+void LocalHttpServer::setResponse(const QString& path, const QByteArray& body, const QByteArray& headers)
+{
+    m_pages.insert(path, {body, headers});
 }
 
 QString LocalHttpServer::url(const QString& path) const
@@ -35,15 +40,14 @@ void LocalHttpServer::answer(QTcpSocket* socket)
         return;
     const QString path = QString::fromLatin1(first[1]);
     requests.append(path);
-    QByteArray body;
-    QByteArray status = "200 OK";
-    if (m_pages.contains(path))
-        body = m_pages.value(path);
-    else {
-        status = "404 Not Found";
-        body = "<html><head><title>Not found</title></head><body>Not found</body></html>";
+    Response response{"<html><head><title>Not found</title></head><body>Not found</body></html>",
+                      "Content-Type: text/html; charset=utf-8\r\n"};
+    QByteArray status = "404 Not Found";
+    if (m_pages.contains(path)) {
+        response = m_pages.value(path);
+        status = "200 OK";
     }
-    socket->write("HTTP/1.1 " + status + "\r\nContent-Type: text/html; charset=utf-8\r\nContent-Length: " +
-                  QByteArray::number(body.size()) + "\r\nConnection: close\r\n\r\n" + body);
+    socket->write("HTTP/1.1 " + status + "\r\n" + response.headers + "Content-Length: " +
+                  QByteArray::number(response.body.size()) + "\r\nConnection: close\r\n\r\n" + response.body);
     socket->disconnectFromHost();
 }

@@ -13,10 +13,17 @@ public:
     explicit LocalHttpServer(QObject* parent = nullptr);
     bool start();
     void setPage(const QString& path, const QByteArray& html);
+    // Any answer: its body and the header lines that go with it ("Content-Type: ...").
+    void setResponse(const QString& path, const QByteArray& body, const QByteArray& headers);
     QString url(const QString& path) const;
     QStringList requests; // the paths asked for, in order
 
 private:
     void answer(QTcpSocket* socket);
-    QHash<QString, QByteArray> m_pages;
+    struct Response
+    {
+        QByteArray body;
+        QByteArray headers;
+    };
+    QHash<QString, Response> m_pages;
 };

@@ -1,0 +1,176 @@
+// (1) Start-up of a fresh process to the main window shown and idle, with full data files (1001
+//     list records, 10001 history records, 32 buttons), set against a bare Qt Widgets program
+//     showing one window, in the same run.
+// (2) CPU used by the idle program over 30 seconds, read from /proc for a real run of vantrel.
+#include "BenchSupport.h"
+#include "IdleAfterPaint.h"
+#include "browser/BrowserProfile.h"
+#include "browser/EntryProcedure.h"
+#include "browser/Vantrel1.h"
+#include "core/ButtonFile.h"
+#include "core/ColorsFile.h"
+#include "core/Globals.h"
+#include "core/HistoryFile.h"
+#include "core/ListFile.h"
+#include "core/OptionsFile.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QEventLoop>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <QTimer>
+#include <algorithm>
+#include <vector>
+
+#include <chrono>
+#include <fstream>
+#include <sstream>
+#include <unistd.h>
+
+namespace {
+
+constexpr int kRuns = 11;
+constexpr int kIdleSeconds = 30;
+
+void writeFullDataFiles(const QString& folder)
+{
+    Globals& g = globals();
+    g.AppPath = folder;
+    for (int i = 0; i < kListCapacity; ++i) {
+        g.ListName[i] = QStringLiteral("List %1").arg(i / 50);
+        g.ListTitle[i] = QStringLiteral("Page %1 of a favourite list").arg(i);
+        g.ListUrl[i] = QStringLiteral("https://www.example.org/list/%1").arg(i);
+    }
+    for (int i = 0; i < kHistoryCapacity; ++i) {
+        g.HistGroup[i] = QStringLiteral("Internet Explorer %1").arg(i % 8 + 1);
+        g.HistTitle[i] = QStringLiteral("Visited page %1").arg(i);
+        g.HistUrl[i] = QStringLiteral("https://www.example.org/history/%1").arg(i);
+    }
+    for (int i = 0; i < 32; ++i) {
+        g.BtnTitle[i] = QStringLiteral("Button %1").arg(i);
+        g.BtnUrl[i] = QStringLiteral("https://www.example.org/button/%1").arg(i);
+    }
+    SaveListFile(kListCapacity);
+    SaveHistoryFile(kHistoryCapacity);
+    SaveButtonFile(appFilePath(QString::fromLatin1(kButtonFileName)));
+    SaveOptions();
+    SaveColors();
+}
+
+qint64 nowNs()
+{
+    return std::chrono::duration_cast<std::chrono::nanoseconds>(
+               std::chrono::system_clock::now().time_since_epoch())
+        .count();
+}
+
+// The child's side: the program's own start-up in this process, reported when painted and idle.
+int runChild()
+{
+    BrowserProfile::prepareEngine();
+    int argc = 1;
+    char name[] = "vantrel";
+    char* argv[] = {name, nullptr};
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    std::unique_ptr<Vantrel1> window = RunEntryProcedure();
+    new IdleAfterPaint(window.get());
+    app.exec();
+    window->hide();
+    return 0;
+}
+
+// Starts `program` and returns the milliseconds until it reported going idle.
+double startToIdleMs(const QString& program, const QStringList& arguments, const QProcessEnvironment& env)
+{
+    QProcess child;
+    child.setProcessEnvironment(env);
+    child.setProcessChannelMode(QProcess::SeparateChannels);
+    const qint64 start = nowNs();
+    child.start(program, arguments);
+    child.waitForFinished(60000);
+    const qint64 idle = child.readAllStandardOutput().trimmed().toLongLong();
+    return double(idle - start) / 1e6;
+}
+
+long cpuTicks(qint64 pid)
+{
+    std::ifstream stat("/proc/" + std::to_string(pid) + "/stat");
+    std::string line;
+    std::getline(stat, line);
+    // Fields after the command name, which is in parentheses and may hold blanks.
+    std::istringstream rest(line.substr(line.rfind(')') + 2));
+    std::string field;
+    long utime = 0, stime = 0;
+    for (int i = 3; i <= 15 && rest >> field; ++i) {
+        if (i == 14)
+            utime = std::stol(field);
+        if (i == 15)
+            stime = std::stol(field);
+    }
+    return utime + stime;
+}
+
+void idleCpu(const QString& program, const QString& dataHome)
+{
+    QProcess vantrel;
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+    env.insert(QStringLiteral("XDG_DATA_HOME"), dataHome);
+    vantrel.setProcessEnvironment(env);
+    vantrel.setWorkingDirectory(dataHome);
+    vantrel.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    vantrel.start(program, {});
+    if (!vantrel.waitForStarted()) {
+        std::printf("idle CPU: could not start %s\n", qPrintable(program));
+        return;
+    }
+    QThread::sleep(3); // start-up settles
+    const long before = cpuTicks(vantrel.processId());
+    QThread::sleep(kIdleSeconds);
+    const long after = cpuTicks(vantrel.processId());
+    vantrel.kill();
+    vantrel.waitForFinished();
+    const double seconds = double(after - before) / double(sysconf(_SC_CLK_TCK));
+    const double percent = 100.0 * seconds / kIdleSeconds;
+    std::printf("idle CPU over %d s: %.3f s of CPU = %.3f %% of one core   target < 0.2 %%  %s\n",
+                kIdleSeconds, seconds, percent, percent < 0.2 ? "ok" : "OVER");
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    if (argc > 1 && QByteArray(argv[1]) == "--child")
+        return runChild();
+    QTemporaryDir dir;
+    BrowserProfile::setStorageFolder(dir.filePath("profile"));
+    BrowserProfile::prepareEngine();
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+
+    const QString dataHome = dir.filePath("data");
+    const QString programFolder = dataHome + QStringLiteral("/Vantrel");
+    QDir().mkpath(programFolder);
+    writeFullDataFiles(programFolder);
+    qputenv("XDG_DATA_HOME", dataHome.toUtf8());
+
+    QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+    env.insert(QStringLiteral("XDG_DATA_HOME"), dataHome);
+    std::vector<double> program, bare;
+    for (int i = 0; i < kRuns; ++i) {
+        program.push_back(
+            startToIdleMs(QCoreApplication::applicationFilePath(), {QStringLiteral("--child")}, env));
+        bare.push_back(startToIdleMs(QStringLiteral(VANTREL_BARE_WINDOW), {}, env));
+    }
+    std::sort(program.begin(), program.end());
+    std::sort(bare.begin(), bare.end());
+    std::printf("process start to main window shown and idle, full data files, medians of %d runs\n", kRuns);
+    report("start-up to idle", program[kRuns / 2], "bare Qt window", bare[kRuns / 2], 2.0);
+
+    idleCpu(QStringLiteral(VANTREL_PROGRAM), dataHome);
+    return 0;
+}
