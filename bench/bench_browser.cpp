@@ -1,8 +1,10 @@
 // From NewBtnAction to the document-complete event of a local page, in the first and in later
 // windows, set against a bare QWebEngineView loading the same page in the same run.
 #include "BenchSupport.h"
+#include "browser/BrowserEngine.h"
 #include "browser/BrowserProfile.h"
 #include "browser/Vantrel1.h"
+#include "browser/WebBrowserWindow.h"
 #include "browser/WebForm1.h"
 #include "core/Globals.h"
 
@@ -20,7 +22,7 @@
 
 namespace {
 
-constexpr int kRounds = 5;
+constexpr int kRounds = 9;
 
 double waitMs(QElapsedTimer& timer, bool& done)
 {
@@ -47,10 +49,11 @@ int main(int argc, char* argv[])
 {
     QTemporaryDir dir;
     BrowserProfile::setStorageFolder(dir.filePath("profile"));
-    BrowserProfile::prepareEngine();
+    BrowserEngine::prepare();
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     globals().AppPath = dir.path();
+    BrowserEngine::setWindowMaker([](QObject* parent) { return new WebBrowserWindow(parent); });
 
     const QString pagePath = dir.filePath("page.html");
     QFile page(pagePath);

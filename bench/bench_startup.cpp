@@ -4,7 +4,7 @@
 // (2) CPU used by the idle program over 30 seconds, read from /proc for a real run of vantrel.
 #include "BenchSupport.h"
 #include "IdleAfterPaint.h"
-#include "browser/BrowserProfile.h"
+#include "browser/BrowserEngine.h"
 #include "browser/EntryProcedure.h"
 #include "browser/Vantrel1.h"
 #include "core/ButtonFile.h"
@@ -70,7 +70,7 @@ qint64 nowNs()
 // The child's side: the program's own start-up in this process, reported when painted and idle.
 int runChild()
 {
-    BrowserProfile::prepareEngine();
+    BrowserEngine::prepare();
     int argc = 1;
     char name[] = "vantrel";
     char* argv[] = {name, nullptr};
@@ -147,8 +147,7 @@ int main(int argc, char* argv[])
     if (argc > 1 && QByteArray(argv[1]) == "--child")
         return runChild();
     QTemporaryDir dir;
-    BrowserProfile::setStorageFolder(dir.filePath("profile"));
-    BrowserProfile::prepareEngine();
+    BrowserEngine::prepare();
     QApplication app(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
 

@@ -1,4 +1,4 @@
-#include "browser/BrowserProfile.h"
+#include "browser/BrowserEngine.h"
 #include "browser/EntryProcedure.h"
 #include "browser/Vantrel1.h"
 #include "widgets/MessageBoxBackend.h"
@@ -7,7 +7,7 @@
 
 int main(int argc, char* argv[])
 {
-    BrowserProfile::prepareEngine();
+    BrowserEngine::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantrel"));
     QApplication::setDesktopFileName(QStringLiteral("vantrel"));

@@ -1,7 +1,9 @@
 #include "LocalHttpServer.h"
 #include "TestSupport.h"
+#include "browser/BrowserEngine.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserPage.h"
+#include "browser/BrowserProfile.h"
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
 #include "browser/WebBrowserWindow.h"
@@ -39,6 +41,7 @@ class TestBrowserWindow : public QObject
     std::unique_ptr<Vantrel1> m_main;
     LocalHttpServer m_server;
     QTemporaryDir m_pages;
+    QTemporaryDir m_profile;
 
     QString pageFile(const QString& name, const QByteArray& html)
     {
@@ -72,6 +75,9 @@ class TestBrowserWindow : public QObject
 private slots:
     void initTestCase()
     {
+        // The engine is linked into this test; one profile serves the whole test program.
+        BrowserProfile::setStorageFolder(m_profile.path());
+        BrowserEngine::setWindowMaker([](QObject* parent) { return new WebBrowserWindow(parent); });
         QVERIFY(m_server.start());
         m_server.setPage("/titled.html",
                          "<html><head><title>Served Title</title></head><body>hello</body></html>");

@@ -2,15 +2,12 @@
 
 #include "DownloadHandler.h"
 #include "FrameReport.h"
-#include "core/Globals.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
-
-#include <unistd.h>
 
 namespace BrowserProfile {
 
@@ -19,19 +16,10 @@ QString g_storageFolder;
 QWebEngineProfile* g_profile = nullptr;
 } // namespace
 
-void prepareEngine()
-{
-    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
-    if (::geteuid() != 0)
-        return;
-    QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
-    if (!flags.contains("--no-sandbox"))
-        qputenv("QTWEBENGINE_CHROMIUM_FLAGS", (flags + " --no-sandbox").trimmed());
-}
-
 void setStorageFolder(const QString& folder)
 {
-    g_storageFolder = folder;
+    if (!g_profile)
+        g_storageFolder = folder;
 }
 
 QString reportToken()
@@ -44,8 +32,7 @@ QWebEngineProfile* profile()
 {
     if (g_profile)
         return g_profile;
-    const QString folder =
-        g_storageFolder.isEmpty() ? appFilePath(QStringLiteral("Browser")) : g_storageFolder;
+    const QString folder = g_storageFolder;
     QDir().mkpath(folder);
     // Owned by the application object, so it outlives every page of every window.
     g_profile = new QWebEngineProfile(QStringLiteral("Vantrel"), QCoreApplication::instance());

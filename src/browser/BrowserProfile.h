@@ -9,14 +9,10 @@ class QWebEngineProfile;
 // of every page gets the frame-report script.
 namespace BrowserProfile {
 
-// Sets the engine's flags before the application object exists: the engine refuses to start as
-// root unless its sandbox is off, so it is off exactly then.
-void prepareEngine();
-
-// The profile, made on first use in AppPath/Browser (or the folder set below).
+// The profile, made on first use in the folder set below.
 QWebEngineProfile* profile();
 
-// Where the profile keeps its files; only before the first profile() call. Tests use it.
+// Where the profile keeps its files; counts only before the first profile() call.
 void setStorageFolder(const QString& folder);
 
 // The secret that the frame reports carry.

@@ -1,12 +1,11 @@
 #pragma once
 
+#include "BrowserFrame.h"
 #include "BrowserWindow.h"
 
 #include <QPointer>
 
-class BrowserFrame;
 class BrowserPage;
-struct FrameReportData;
 
 namespace FrameReport {
 struct Report;

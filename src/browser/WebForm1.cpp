@@ -1,10 +1,8 @@
 #include "WebForm1.h"
 
+#include "BrowserEngine.h"
 #include "BrowserWindow.h"
 #include "SurfPanel.h"
-#include "WebBrowserWindow.h"
-
-#include "BrowserFrame.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
 
@@ -20,7 +18,7 @@ bool isSlot(int slot)
 } // namespace
 
 WebForm1::WebForm1(SurfPanel* rows, QObject* parent)
-    : QObject(parent), m_rows(rows), m_factory([](QObject* owner) { return new WebBrowserWindow(owner); })
+    : QObject(parent), m_rows(rows), m_factory(&BrowserEngine::createWindow)
 {
     setObjectName(QStringLiteral("WebForm1"));
 }

@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 
-#include "browser/BrowserProfile.h"
+#include "browser/BrowserEngine.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 
@@ -93,8 +93,5 @@ FileSizeLimit::~FileSizeLimit()
 
 void prepareGuiTests()
 {
-    BrowserProfile::prepareEngine();
-    // One profile for the whole test program, in a folder of its own that goes with the program.
-    static QTemporaryDir profileFolder;
-    BrowserProfile::setStorageFolder(profileFolder.path());
+    BrowserEngine::prepare();
 }

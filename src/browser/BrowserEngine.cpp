@@ -1,0 +1,87 @@
+#include "BrowserEngine.h"
+
+#include "BrowserEngineModule.h"
+#include "core/Globals.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QLibrary>
+
+#include <unistd.h>
+
+namespace BrowserEngine {
+
+namespace {
+
+std::function<BrowserWindow*(QObject*)>& maker()
+{
+    static std::function<BrowserWindow*(QObject*)> m;
+    return m;
+}
+
+QString& lastError()
+{
+    static QString e;
+    return e;
+}
+
+// Beside the program in a build, in the library folder once installed.
+QStringList moduleCandidates()
+{
+    const QString name = QStringLiteral(VANTREL_ENGINE_MODULE_NAME);
+    return {QDir(QCoreApplication::applicationDirPath()).filePath(name),
+            QStringLiteral(VANTREL_ENGINE_MODULE_INSTALLED)};
+}
+
+bool loadModule()
+{
+    for (const QString& path : moduleCandidates()) {
+        QLibrary module(path);
+        module.setLoadHints(QLibrary::PreventUnloadHint);
+        if (!module.load()) {
+            lastError() = module.errorString();
+            continue;
+        }
+        auto create = reinterpret_cast<BrowserEngineCreateWindow>(module.resolve(kBrowserEngineCreateWindow));
+        if (!create) {
+            lastError() = module.errorString();
+            continue;
+        }
+        maker() = [create](QObject* parent) {
+            return create(parent, appFilePath(QStringLiteral("Browser")));
+        };
+        return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void prepare()
+{
+    QCoreApplication::setAttribute(Qt::AA_ShareOpenGLContexts);
+    if (::geteuid() != 0)
+        return;
+    const QByteArray flags = qgetenv("QTWEBENGINE_CHROMIUM_FLAGS");
+    if (!flags.contains("--no-sandbox"))
+        qputenv("QTWEBENGINE_CHROMIUM_FLAGS", (flags + " --no-sandbox").trimmed());
+}
+
+BrowserWindow* createWindow(QObject* parent)
+{
+    if (!maker() && !loadModule())
+        return nullptr;
+    return maker()(parent);
+}
+
+QString errorString()
+{
+    return lastError();
+}
+
+void setWindowMaker(std::function<BrowserWindow*(QObject*)> m)
+{
+    maker() = std::move(m);
+}
+
+} // namespace BrowserEngine
