@@ -11,6 +11,7 @@
 #include "core/ListFile.h"
 #include "core/OptionsFile.h"
 #include "core/Startup.h"
+#include "widgets/TabStrip.h"
 #include "widgets/Twips.h"
 
 #include <QCalendarWidget>
@@ -53,14 +54,13 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     setWindowTitle(QStringLiteral("Vantrel"));
     setMinimumSize(twipsToPixels(2500), twipsToPixels(2000));
 
-    m_tabStrip = new QTabWidget(this);
+    m_tabStrip = new TabStrip(this);
     m_tabStrip->setObjectName(QStringLiteral("TabStrip1"));
     for (int i = 0; i < tabCaptions().size(); ++i) {
         auto* panel = new QWidget;
         panel->setObjectName(QStringLiteral("TabPanel%1").arg(i + 1));
         m_tabStrip->addTab(panel, tabCaptions()[i]);
     }
-    m_tabStrip->tabBar()->setExpanding(true);
 
     m_surf = new SurfPanel(this);
     m_surf->setTabSelector([this](int index) { m_tabStrip->setCurrentIndex(index); });

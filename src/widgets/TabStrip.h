@@ -1,0 +1,13 @@
+#pragma once
+
+#include <QTabWidget>
+
+// The main window's tabs with their panels. The tabs share the bar's width evenly, so that all
+// captions stay in view in the narrow window the program opens with, instead of scrolling away.
+class TabStrip : public QTabWidget
+{
+    Q_OBJECT
+
+public:
+    explicit TabStrip(QWidget* parent = nullptr);
+};
