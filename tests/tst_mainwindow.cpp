@@ -32,11 +32,7 @@ class TestMainWindow : public QObject
     void makeWindow()
     {
         m_main = std::make_unique<Vantrel1>();
-        m_main->webForm()->setWindowFactory([this](QObject* parent) {
-            auto* w = new ScriptedBrowserWindow(parent);
-            m_created.append(w);
-            return w;
-        });
+        ScriptedBrowserWindow::installOn(m_main->webForm(), &m_created);
     }
     void writeOptions(const QString& line1, const QString& line2,
                       const QString& startUrl = "https://start.example/")

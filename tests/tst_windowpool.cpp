@@ -56,11 +56,7 @@ private slots:
         m_app = std::make_unique<TempAppFolder>();
         m_created.clear();
         m_main = std::make_unique<Vantrel1>();
-        pool()->setWindowFactory([this](QObject* parent) {
-            auto* w = new ScriptedBrowserWindow(parent);
-            m_created.append(w);
-            return w;
-        });
+        ScriptedBrowserWindow::installOn(pool(), &m_created);
         m_main->Form_Load();
         DialogService::clearShown();
     }

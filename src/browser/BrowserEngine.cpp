@@ -69,8 +69,10 @@ void prepare()
 
 BrowserWindow* createWindow(QObject* parent)
 {
-    if (!maker() && !loadModule())
+    if (!maker() && !loadModule()) {
+        qWarning("Vantrel: the browser engine could not be loaded: %s", qPrintable(lastError()));
         return nullptr;
+    }
     return maker()(parent);
 }
 

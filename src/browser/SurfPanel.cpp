@@ -24,6 +24,8 @@ constexpr int kRowMargin = 500;
 constexpr int kCalendarLimitNormalRows = 3;
 constexpr int kCalendarLimitSmallRows = 5;
 constexpr int kCommandHeight = 420;
+constexpr int kFavoritesTab = 1;
+constexpr int kListsTab = 2;
 constexpr int kCalendarPanelHeight = 3000;
 const QString kMaximumQuestion =
     QStringLiteral("        That's It - Maximum is 8 ! - Continue in Last Window ?");
@@ -220,29 +222,27 @@ void SurfPanel::Button_Click(int row)
 
 void SurfPanel::AddFavBtn_Click(int row)
 {
-    Globals& g = globals();
-    g.CurrentUrl = Button(row)->tag();
-    g.CurrentTitle = Button(row)->text();
-    DragRowIndex = row;
     RowDragToFavorites = true;
-    // The Favorites tab comes forward before the drag begins: the drop lands on its tree.
-    if (m_selectTab)
-        m_selectTab(1);
-    ControlDrag::start(AddFavBtn(row), AddFavBtn(row)->tag());
-    AddFavBtn(row)->setDown(false);
+    dragRowPage(row, AddFavBtn(row), kFavoritesTab);
 }
 
 void SurfPanel::AddListBtn_Click(int row)
+{
+    RowDragToList = true;
+    dragRowPage(row, AddListBtn(row), kListsTab);
+}
+
+void SurfPanel::dragRowPage(int row, GradientButton* source, int tab)
 {
     Globals& g = globals();
     g.CurrentUrl = Button(row)->tag();
     g.CurrentTitle = Button(row)->text();
     DragRowIndex = row;
-    RowDragToList = true;
+    // The target's tab comes forward before the drag begins: the drop lands on its tree.
     if (m_selectTab)
-        m_selectTab(2);
-    ControlDrag::start(AddListBtn(row), AddListBtn(row)->tag());
-    AddListBtn(row)->setDown(false);
+        m_selectTab(tab);
+    ControlDrag::start(source, source->tag());
+    source->setDown(false);
 }
 
 void SurfPanel::ToggleBtn_Click()

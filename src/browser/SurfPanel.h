@@ -84,6 +84,8 @@ private:
     void QuikViewBtn_Click();
     void CalendarBtn_Click();
     void openNewSlot(bool updateCalendar);
+    // Hands the row's page to a drag of `source` towards the tree on `tab`.
+    void dragRowPage(int row, GradientButton* source, int tab);
 
     WebForm1* m_pool = nullptr;
     std::function<void(int)> m_selectTab;

@@ -1,10 +1,8 @@
 #include "ColorsFile.h"
 
-#include "DialogService.h"
 #include "Globals.h"
 #include "SequentialInput.h"
-#include "TextCodec.h"
-#include "TextFile.h"
+#include "SettingsFile.h"
 #include "TextRules.h"
 
 RunError ReadColorsText(const QString& text)
@@ -34,22 +32,12 @@ QString FormatColors()
 
 void LoadColors()
 {
-    const TextFile::ReadResult file = TextFile::readBytes(appFilePath(QString::fromLatin1(kColorsFileName)));
-    if (file.error.number == RunError::FileNotFound) {
-        DialogService::message(QStringLiteral("Use the Tools Tab to Set Window Colors"));
-        return;
-    }
-    if (!file.error.ok() || !ReadColorsText(TextCodec::decode(file.bytes)).ok())
-        DialogService::message(QStringLiteral("Error Loading Application Window Colors"));
+    SettingsFile::load(QString::fromLatin1(kColorsFileName),
+                       QStringLiteral("Use the Tools Tab to Set Window Colors"),
+                       QStringLiteral("Error Loading Application Window Colors"), ReadColorsText);
 }
 
 bool SaveColors()
 {
-    const RunError error =
-        TextFile::writeLines(appFilePath(QString::fromLatin1(kColorsFileName)), {FormatColors()});
-    if (!error.ok()) {
-        DialogService::message(QStringLiteral("Error: ") + error.numberAndText());
-        return false;
-    }
-    return true;
+    return SettingsFile::save(QString::fromLatin1(kColorsFileName), {FormatColors()});
 }

@@ -2,9 +2,6 @@
 
 #include "Globals.h"
 #include "PageRecords.h"
-#include "SaveError.h"
-#include "TextCodec.h"
-#include "TextFile.h"
 
 namespace {
 PageRecords::Arrays historyArrays(Globals& g)
@@ -17,10 +14,7 @@ bool LoadHistoryFile(const QString& path)
 {
     Globals& g = globals();
     g.HistoryCount = 0;
-    const TextFile::ReadResult file = TextFile::readBytes(path);
-    if (!file.error.ok())
-        return false;
-    const auto records = PageRecords::parse(TextCodec::decode(file.bytes), historyArrays(g));
+    const auto records = PageRecords::load(path, historyArrays(g));
     g.HistoryCount = records.count;
     return records.complete;
 }
@@ -28,12 +22,9 @@ bool LoadHistoryFile(const QString& path)
 bool SaveHistoryFile(int nodeCount)
 {
     Globals& g = globals();
-    const RunError error =
-        PageRecords::save(appFilePath(QString::fromLatin1(kHistoryFileName)), historyArrays(g), nodeCount);
-    if (!error.ok()) {
-        showSaveError(error);
+    if (!PageRecords::saveOrReport(appFilePath(QString::fromLatin1(kHistoryFileName)), historyArrays(g),
+                                   nodeCount))
         return false;
-    }
     g.HistoryChanged = false;
     return true;
 }

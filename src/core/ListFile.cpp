@@ -2,9 +2,6 @@
 
 #include "Globals.h"
 #include "PageRecords.h"
-#include "SaveError.h"
-#include "TextCodec.h"
-#include "TextFile.h"
 
 namespace {
 PageRecords::Arrays listArrays(Globals& g)
@@ -35,10 +32,7 @@ bool LoadListFile(const QString& path)
     Globals& g = globals();
     ClearListsAndHistory();
     g.ListCount = 0;
-    const TextFile::ReadResult file = TextFile::readBytes(path);
-    if (!file.error.ok())
-        return false;
-    const auto records = PageRecords::parse(TextCodec::decode(file.bytes), listArrays(g));
+    const auto records = PageRecords::load(path, listArrays(g));
     g.ListCount = records.count;
     return records.complete;
 }
@@ -46,12 +40,8 @@ bool LoadListFile(const QString& path)
 bool SaveListFile(int nodeCount)
 {
     Globals& g = globals();
-    const RunError error =
-        PageRecords::save(appFilePath(QString::fromLatin1(kListFileName)), listArrays(g), nodeCount);
-    if (!error.ok()) {
-        showSaveError(error);
+    if (!PageRecords::saveOrReport(appFilePath(QString::fromLatin1(kListFileName)), listArrays(g), nodeCount))
         return false;
-    }
     g.ListsChanged = false;
     return true;
 }

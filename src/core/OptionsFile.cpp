@@ -1,10 +1,8 @@
 #include "OptionsFile.h"
 
-#include "DialogService.h"
 #include "Globals.h"
 #include "SequentialInput.h"
-#include "TextCodec.h"
-#include "TextFile.h"
+#include "SettingsFile.h"
 #include "TextRules.h"
 
 namespace {
@@ -74,22 +72,12 @@ QStringList FormatOptions()
 
 void LoadOptions()
 {
-    const TextFile::ReadResult file = TextFile::readBytes(appFilePath(QString::fromLatin1(kOptionsFileName)));
-    if (file.error.number == RunError::FileNotFound) {
-        DialogService::message(QStringLiteral("Use the Utility Menu Option - Set Program Options"));
-        return;
-    }
-    if (!file.error.ok() || !ReadOptionsText(TextCodec::decode(file.bytes)).ok())
-        DialogService::message(QStringLiteral("Error Loading Application Options"));
+    SettingsFile::load(QString::fromLatin1(kOptionsFileName),
+                       QStringLiteral("Use the Utility Menu Option - Set Program Options"),
+                       QStringLiteral("Error Loading Application Options"), ReadOptionsText);
 }
 
 bool SaveOptions()
 {
-    const RunError error =
-        TextFile::writeLines(appFilePath(QString::fromLatin1(kOptionsFileName)), FormatOptions());
-    if (!error.ok()) {
-        DialogService::message(QStringLiteral("Error: ") + error.numberAndText());
-        return false;
-    }
-    return true;
+    return SettingsFile::save(QString::fromLatin1(kOptionsFileName), FormatOptions());
 }

@@ -1,5 +1,7 @@
 #include "PageRecords.h"
 
+#include "SaveError.h"
+#include "TextCodec.h"
 #include "TextFile.h"
 #include "TextRules.h"
 
@@ -109,6 +111,22 @@ RunError save(const QString& path, Arrays arrays, int count)
     for (int i = 0; i < count; ++i)
         lines.append(formatRecord(arrays.first[i], arrays.title[i], arrays.url[i]));
     return TextFile::writeLines(path, lines);
+}
+
+ParseResult load(const QString& path, Arrays arrays)
+{
+    const TextFile::ReadResult file = TextFile::readBytes(path);
+    if (!file.error.ok())
+        return {0, false};
+    return parse(TextCodec::decode(file.bytes), arrays);
+}
+
+bool saveOrReport(const QString& path, Arrays arrays, int count)
+{
+    const RunError error = save(path, arrays, count);
+    if (!error.ok())
+        showSaveError(error);
+    return error.ok();
 }
 
 } // namespace PageRecords

@@ -37,4 +37,10 @@ QString formatRecord(const QString& first, const QString& title, const QString& 
 // goes beyond the arrays.
 RunError save(const QString& path, Arrays arrays, int count);
 
+// Reads the file at `path` into the arrays; a file that cannot be read gives no records.
+ParseResult load(const QString& path, Arrays arrays);
+
+// Saves as save() does; a failure shows "Save Error - <number> - <text>". True on success.
+bool saveOrReport(const QString& path, Arrays arrays, int count);
+
 } // namespace PageRecords

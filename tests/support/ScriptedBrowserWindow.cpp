@@ -1,5 +1,7 @@
 #include "ScriptedBrowserWindow.h"
 
+#include "browser/WebForm1.h"
+
 void ScriptedBrowserWindow::setVisible(bool visible)
 {
     m_visible = visible;
@@ -40,4 +42,13 @@ void ScriptedBrowserWindow::load(const QString& pageUrl, const QString& pageTitl
         emit documentComplete(frame);
     }
     emit documentComplete(pageUrl);
+}
+
+void ScriptedBrowserWindow::installOn(WebForm1* pool, QList<ScriptedBrowserWindow*>* created)
+{
+    pool->setWindowFactory([created](QObject* parent) {
+        auto* window = new ScriptedBrowserWindow(parent);
+        created->append(window);
+        return window;
+    });
 }

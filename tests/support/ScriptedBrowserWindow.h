@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+class WebForm1;
+
 // A stand-in for a browser window that does what it is told and raises the events a test asks
 // for, in the order a real window raises them.
 class ScriptedBrowserWindow : public BrowserWindow
@@ -26,6 +28,9 @@ public:
     void load(const QString& pageUrl, const QString& pageTitle, const QStringList& frameUrls = {});
     // The user closes the window.
     void closeByHand() { quit(); }
+
+    // Makes `pool` build scripted windows, each appended to `created`.
+    static void installOn(WebForm1* pool, QList<ScriptedBrowserWindow*>* created);
 
     QStringList navigations;
     QStringList calls; // "visible", "hidden", "theater on", "theater off", "quit" in order
