@@ -137,7 +137,7 @@ void Vantrel1::Form_Load()
     setWindowFlag(Qt::WindowStaysOnTopHint, g.OptOnTop);
     resize(twipsToPixels(g.MainWidth), twipsToPixels(g.MainHeight));
     move(twipsToPixels(g.MainLeft), twipsToPixels(g.MainTop));
-    placeFavoritesTree(true);
+    placeFavoritesTree();
     m_helpFile = appFilePath(QStringLiteral("Help/Vantrel.Hlp"));
     m_surf->setAllRowsNormal();
     m_timer->start();
@@ -192,24 +192,16 @@ void Vantrel1::NewBtnAction(bool newWindow)
     m_surf->NewBtnAction(newWindow);
 }
 
-void Vantrel1::placeFavoritesTree(bool visible)
+void Vantrel1::placeFavoritesTree()
 {
-    if (!visible) {
-        m_frame2->hide();
-        return;
-    }
-    m_frame2->show();
-    m_frame2->raise();
     const int W = widthTwips();
     const int H = heightTwips();
-    QRect r = m_frame2->geometry();
-    r.setLeft(twipsToPixels(kFavoritesTreeLeft));
-    r.moveLeft(twipsToPixels(kFavoritesTreeLeft));
-    r.moveTop(twipsToPixels(kFavoritesTreeTop));
-    r.setWidth(twipsToPixels(W - 165));
-    if (H - kFrame4Height > 1500)
-        r.setHeight(twipsToPixels(H - kFrame4Height - 1500));
-    m_frame2->setGeometry(r);
+    // The height follows the window only while there is room for it below the Favorites panel.
+    const int height = H - kFrame4Height > 1500 ? twipsToPixels(H - kFrame4Height - 1500) : m_frame2->height();
+    m_frame2->setGeometry(twipsToPixels(kFavoritesTreeLeft), twipsToPixels(kFavoritesTreeTop),
+                          twipsToPixels(W - 165), height);
+    m_frame2->show();
+    m_frame2->raise();
 }
 
 void Vantrel1::TabStrip1_Click()
@@ -228,7 +220,7 @@ void Vantrel1::TabStrip1_Click()
         m_frame2->move(twipsToPixels(kOutOfSight), m_frame2->y());
     } else {
         m_surf->hide();
-        placeFavoritesTree(true);
+        placeFavoritesTree();
     }
 }
 
@@ -248,7 +240,7 @@ void Vantrel1::Form_Resize()
     m_surf->arrangeControls(W, panelHeight);
     m_frame4->setGeometry(twipsRect(45, 45, W - 165, kFrame4Height - tabTop));
     if (m_frame2->isVisible())
-        placeFavoritesTree(true);
+        placeFavoritesTree();
 }
 
 void Vantrel1::RememberPlacement()

@@ -58,7 +58,8 @@ protected:
 
 private:
     void InitFormState();
-    void placeFavoritesTree(bool visible);
+    // Shows the shared Favorites tree panel in its place below the tab's own content.
+    void placeFavoritesTree();
     int widthTwips() const;
     int heightTwips() const;
 
