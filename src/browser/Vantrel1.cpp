@@ -1,6 +1,9 @@
 #include "Vantrel1.h"
 
 #include "SurfPanel.h"
+#include "favorites/FavoritesTree.h"
+#include "favorites/QuickButtons.h"
+#include "favorites/ShellServices.h"
 #include "WebForm1.h"
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
@@ -11,6 +14,8 @@
 #include "core/ListFile.h"
 #include "core/OptionsFile.h"
 #include "core/Startup.h"
+#include "widgets/GradientButton.h"
+#include "widgets/KeyedTree.h"
 #include "widgets/TabStrip.h"
 #include "widgets/Twips.h"
 
@@ -20,6 +25,7 @@
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -70,9 +76,9 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
 
     m_frame2 = new QFrame(this);
     m_frame2->setObjectName(QStringLiteral("Frame2"));
-    m_frame2->setFrameShape(QFrame::StyledPanel);
 
     m_webForm = new WebForm1(m_surf, this);
+    buildFavoritesTab();
     m_surf->setPool(m_webForm);
     connect(m_webForm, &WebForm1::newWindowRequested, this, [this](const QString& url) {
         globals().CurrentUrl = url;
@@ -120,6 +126,8 @@ void Vantrel1::Form_Load()
     for (int row = 0; row < kWindowSlots; ++row)
         m_surf->hideRow(row);
     g.FavoritesPath = GetFavoritesFolder(kFavoritesFolderId);
+    m_favorites->RefreshBtn_Click();
+    m_quickButtons->LoadButtons();
     m_surf->setCalendarDate(Clock::today());
     InitFormState();
     LoadColors();
@@ -241,6 +249,53 @@ void Vantrel1::Form_Resize()
     m_frame4->setGeometry(twipsRect(45, 45, W - 165, kFrame4Height - tabTop));
     if (m_frame2->isVisible())
         placeFavoritesTree();
+    arrangeFavoritesTab();
+}
+
+void Vantrel1::buildFavoritesTab()
+{
+    // The Favorites tree and the distribute switch sit in Frame2, which the Favorites, Lists and
+    // History tabs share.
+    m_ssTree1 = new KeyedTree(QStringLiteral("SSTree1"), m_frame2);
+    m_ssTree1->setToolTip(tr("Your Favorites folder"));
+    auto* distribute = new GradientButton(QStringLiteral("DistFavBtn"), QString(), m_frame2);
+    auto* treeLayout = new QVBoxLayout(m_frame2);
+    treeLayout->setContentsMargins(0, 0, 0, 0);
+    treeLayout->setSpacing(2);
+    treeLayout->addWidget(m_ssTree1, 1);
+    treeLayout->addWidget(distribute);
+
+    m_frame4->setFrameShape(QFrame::NoFrame);
+    m_quickButtons = new QuickButtons(m_frame4, distribute, this);
+    m_favorites = new FavoritesTree(m_ssTree1, distribute, this);
+    m_quickButtons->setTree(m_favorites);
+
+    QWidget* page = m_tabStrip->widget(1);
+    m_saveBtn = new GradientButton(QStringLiteral("SaveBtn"), tr("Save"), page);
+    m_saveBtn->setToolTip(tr("Save the Web Page Button Assignments"));
+    m_orgFavBtn = new GradientButton(QStringLiteral("OrgFavBtn"), tr("Organize"), page);
+    m_orgFavBtn->setToolTip(tr("Organize your Favorites folder in the file manager"));
+    m_refreshBtn = new GradientButton(QStringLiteral("RefreshBtn"), tr("Refresh"), page);
+    m_refreshBtn->setToolTip(tr("Read the Favorites folder again"));
+    connect(m_saveBtn, &GradientButton::clicked, m_quickButtons, &QuickButtons::SaveBtn_Click);
+    connect(m_refreshBtn, &GradientButton::clicked, m_favorites, &FavoritesTree::RefreshBtn_Click);
+    connect(m_orgFavBtn, &GradientButton::clicked, this,
+            [] { ShellServices::openFolder(globals().FavoritesPath); });
+}
+
+void Vantrel1::arrangeFavoritesTab()
+{
+    m_quickButtons->arrange(m_frame4->width(), m_frame4->height());
+    // The command buttons share the strip between the tree and the bottom of the tab.
+    QWidget* page = m_tabStrip->widget(1);
+    const int pageTop = page->mapTo(this, QPoint(0, 0)).y();
+    const int stripTop = twipsToPixels(heightTwips() - 1065 + 60) - pageTop;
+    const int stripHeight = std::max(18, page->height() - stripTop - 4);
+    const int gap = 4;
+    const int each = (page->width() - 4 * gap) / 3;
+    GradientButton* commands[] = {m_saveBtn, m_orgFavBtn, m_refreshBtn};
+    for (int i = 0; i < 3; ++i)
+        commands[i]->setGeometry(gap + i * (each + gap), stripTop, each, std::min(stripHeight, 26));
 }
 
 void Vantrel1::RememberPlacement()

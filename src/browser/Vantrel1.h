@@ -2,9 +2,13 @@
 
 #include <QWidget>
 
+class FavoritesTree;
+class GradientButton;
+class KeyedTree;
 class QFrame;
 class QTabWidget;
 class QTimer;
+class QuickButtons;
 class SurfPanel;
 class WebForm1;
 
@@ -41,6 +45,12 @@ public:
     QTabWidget* TabStrip1() const { return m_tabStrip; }
     QFrame* Frame2() const { return m_frame2; }
     QFrame* Frame4() const { return m_frame4; }
+    KeyedTree* SSTree1() const { return m_ssTree1; }
+    FavoritesTree* favorites() const { return m_favorites; }
+    QuickButtons* quickButtons() const { return m_quickButtons; }
+    GradientButton* SaveBtn() const { return m_saveBtn; }
+    GradientButton* OrgFavBtn() const { return m_orgFavBtn; }
+    GradientButton* RefreshBtn() const { return m_refreshBtn; }
     QTimer* Timer1() const { return m_timer; }
     QString helpFile() const { return m_helpFile; }
 
@@ -62,11 +72,19 @@ private:
     void placeFavoritesTree();
     int widthTwips() const;
     int heightTwips() const;
+    void buildFavoritesTab();
+    void arrangeFavoritesTab();
 
     QTabWidget* m_tabStrip;
     SurfPanel* m_surf;
     QFrame* m_frame2;
     QFrame* m_frame4;
+    KeyedTree* m_ssTree1;
+    FavoritesTree* m_favorites;
+    QuickButtons* m_quickButtons;
+    GradientButton* m_saveBtn;
+    GradientButton* m_orgFavBtn;
+    GradientButton* m_refreshBtn;
     WebForm1* m_webForm;
     QTimer* m_timer;
     QString m_helpFile;

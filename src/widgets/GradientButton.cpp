@@ -1,6 +1,9 @@
 #include "GradientButton.h"
 
+#include "ControlDrag.h"
 #include "core/StoredColor.h"
+
+#include <QDropEvent>
 
 #include <QLinearGradient>
 #include <QPainter>
@@ -116,4 +119,26 @@ void GradientButton::paintEvent(QPaintEvent*)
         focus.rect = r.adjusted(2, 2, -2, -2);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
     }
+}
+
+void GradientButton::setAcceptsControlDrops(bool on)
+{
+    setAcceptDrops(on);
+}
+
+void GradientButton::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (!ControlDrag::sourceTag(event->mimeData()).isEmpty())
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void GradientButton::dropEvent(QDropEvent* event)
+{
+    const QString tag = ControlDrag::sourceTag(event->mimeData());
+    if (tag.isEmpty())
+        return;
+    event->acceptProposedAction();
+    emit controlDropped(tag);
 }

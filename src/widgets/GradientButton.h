@@ -36,14 +36,22 @@ public:
     void setEndColor(int32_t color);
     void setColors(int32_t back, int32_t text, int32_t end);
 
+    // Drags of the program's controls may be dropped on the button; controlDropped() tells.
+    void setAcceptsControlDrops(bool on);
+
     // The colours as painted now.
     QColor resolvedBackColor() const;
     QColor resolvedTextColor() const;
     QColor resolvedEndColor() const;
 
+signals:
+    void controlDropped(const QString& sourceTag);
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     void nextCheckState() override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     QString m_tag;

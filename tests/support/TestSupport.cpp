@@ -15,16 +15,18 @@ namespace {
 constexpr uid_t kNobody = 65534;
 }
 
-TempAppFolder::TempAppFolder()
+TempAppFolder::TempAppFolder() : m_savedHome(qgetenv("HOME"))
 {
     resetGlobals();
     DialogService::reset();
     globals().AppPath = m_dir.path();
+    qputenv("HOME", QFile::encodeName(m_home.path()));
 }
 
 TempAppFolder::~TempAppFolder()
 {
     DialogService::reset();
+    qputenv("HOME", m_savedHome);
 }
 
 QByteArray readAll(const QString& path)

@@ -10,8 +10,8 @@
 #include <sys/resource.h>
 #include <sys/types.h>
 
-// A fresh program folder for one test: AppPath points at it and the shared state and the dialog
-// service start from scratch.
+// A fresh program folder for one test: AppPath points at it, the shared state and the dialog
+// service start from scratch, and the user's home folder (with its Favorites) is a temporary one.
 class TempAppFolder
 {
 public:
@@ -20,9 +20,13 @@ public:
     bool isValid() const { return m_dir.isValid(); }
     QString path() const { return m_dir.path(); }
     QString file(const QString& name) const { return m_dir.filePath(name); }
+    QString home() const { return m_home.path(); }
+    QString favorites() const { return m_home.filePath(QStringLiteral("Favorites")); }
 
 private:
     QTemporaryDir m_dir;
+    QTemporaryDir m_home;
+    QByteArray m_savedHome;
 };
 
 QByteArray readAll(const QString& path);

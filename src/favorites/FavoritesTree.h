@@ -1,0 +1,61 @@
+#pragma once
+
+#include <QObject>
+
+class GradientButton;
+class KeyedNode;
+class KeyedTree;
+class Vantrel1;
+
+// The Favorites tree, SSTree1: the user's Favorites folder as folders and shortcuts, rebuilt on
+// demand; a click makes a favourite the current page, a double click opens it; pages dropped on
+// it become new shortcut files; Delete sends a favourite to the trash; with the distribute mode on,
+// a favourite can be dragged out to the quick buttons and the lists.
+class FavoritesTree : public QObject
+{
+    Q_OBJECT
+
+public:
+    FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, Vantrel1* main);
+
+    KeyedTree* tree() const { return m_tree; }
+
+    // RefreshBtn: clears the tree and builds it again from the folder.
+    void RefreshBtn_Click();
+    void BuildFavoritesTree();
+    // Adds one node: with `child`, under the node `parentKey` with the given key and text; without,
+    // at the top, where key and text are both `parentKey`. Its tag is its full path: the folder's
+    // for a folder, the shortcut file's (`fileName`, as it lies on disk) for a shortcut.
+    KeyedNode* AddFavoriteNode(const QString& parentKey, const QString& text, const QString& key, int image,
+                               bool child, const QString& fileName = QString());
+
+    // The handlers, reachable for the program's own drags and for tests.
+    void nodeClicked(KeyedNode* node);
+    void nodeDoubleClicked(KeyedNode* node);
+    void controlDropped(const QString& sourceTag, const QPoint& pos);
+    void textDropped(const QString& text, const QPoint& pos);
+    void deleteRequested(KeyedNode* node);
+    void mousePressed(const QPoint& pos);
+    void mouseMoved(const QPoint& pos);
+    void mouseReleased();
+
+    // A favourite is being dragged out of the tree (the mouse went down on it in distribute mode).
+    bool mouseDownFlag() const { return m_mouseDown; }
+    // Ends the drag out of the tree (a drop took it).
+    void endDrag() { m_mouseDown = false; }
+    int shortcutSelected() const { return m_shortcutSelected; }
+
+private:
+    bool distributing() const;
+    // Writes a shortcut for CurrentUrl/CurrentTitle into the folder under the drop point (or,
+    // asked, into the Favorites folder) and shows it in the tree.
+    void addDroppedPage(KeyedNode* target, bool askForTopLevel);
+
+    KeyedTree* m_tree;
+    GradientButton* m_distribute;
+    Vantrel1* m_main;
+    int m_shortcutSelected = 0;
+    bool m_mouseDown = false;
+    double m_mouseDownTime = 0;
+    bool m_built = false;
+};

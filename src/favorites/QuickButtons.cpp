@@ -1,0 +1,145 @@
+#include "QuickButtons.h"
+
+#include "FavoritesTree.h"
+#include "ShellServices.h"
+#include "ShortcutFile.h"
+#include "browser/Vantrel1.h"
+#include "core/ButtonFile.h"
+#include "core/Globals.h"
+#include "widgets/GradientButton.h"
+
+#include <QFileInfo>
+#include <QTabWidget>
+
+namespace {
+
+constexpr int kColumns = 4;
+const QString kHintOff = QStringLiteral("Click on Favorite Link to go to Web Site");
+const QString kHintDistribute = QStringLiteral("Distribute Favorites to Buttons or Lists");
+const QString kHintHistory = QStringLiteral("Add Browsing History to Favorites");
+constexpr int kFavoritesTab = 2; // tabs counted from 1
+constexpr int kListsTab = 3;
+constexpr int kHistoryTab = 4;
+
+// A button shows the favourite's own name; its tool tip holds the name below the Favorites folder.
+QString caption(const QString& relativeName)
+{
+    return QFileInfo(QString(relativeName).replace(u'\\', u'/')).completeBaseName();
+}
+
+} // namespace
+
+QuickButtons::QuickButtons(QWidget* buttonFrame, GradientButton* distribute, Vantrel1* main)
+    : QObject(buttonFrame), m_frame(buttonFrame), m_distribute(distribute), m_main(main)
+{
+    for (int i = 0; i < kButtonCount; ++i) {
+        auto* button = new GradientButton(QStringLiteral("FavBtn_%1").arg(i), QString(), buttonFrame);
+        button->setAcceptsControlDrops(true);
+        button->setIconSize(QSize(16, 16));
+        m_buttons[size_t(i)] = button;
+        connect(button, &GradientButton::clicked, this, [this, i] { FavBtn_Click(i); });
+        connect(button, &GradientButton::controlDropped, this,
+                [this, i](const QString& tag) { FavBtn_DragDrop(i, tag); });
+        showFree(i);
+    }
+    m_distribute->setTwoState(true);
+    m_distribute->setText(kHintOff);
+    m_distribute->setToolTip(kHintOff);
+    connect(m_distribute, &GradientButton::clicked, this, &QuickButtons::DistFavBtn_Click);
+}
+
+void QuickButtons::showFree(int index)
+{
+    GradientButton* button = FavBtn(index);
+    button->setText(QString());
+    button->setIcon(QIcon());
+    button->setTag(QString());
+    button->setToolTip(tr("Drag a favourite here from the tree below (turn on the distribute mode first)"));
+    button->setAccessibleName(tr("Quick button %1, free").arg(index + 1));
+}
+
+void QuickButtons::AssignPageToButton(int index)
+{
+    if (index < 0 || index >= kButtonCount)
+        return;
+    Globals& g = globals();
+    GradientButton* button = FavBtn(index);
+    button->setIcon(ShellServices::smallIcon(g.FavFolderSel));
+    button->setColors(g.ButtonBackColor, g.ButtonTextColor, g.ButtonEndColor);
+    button->setTag(g.CurrentUrl);
+    button->setToolTip(g.CurrentTitle);
+    button->setText(caption(g.CurrentTitle));
+    button->setAccessibleName(tr("Quick button %1: %2").arg(index + 1).arg(caption(g.CurrentTitle)));
+    g.BtnUrl[index] = g.CurrentUrl;
+    g.BtnTitle[index] = g.CurrentTitle;
+}
+
+void QuickButtons::LoadButtons()
+{
+    Globals& g = globals();
+    for (int i = 0; i < kButtonCount; ++i) {
+        if (g.BtnUrl[i].isEmpty()) {
+            showFree(i);
+            continue;
+        }
+        // Names kept by older installations may separate folders with "\".
+        g.FavFolderSel = g.FavoritesPath + u'/' + QString(g.BtnTitle[i]).replace(u'\\', u'/');
+        ReadFavoriteFile(g.FavFolderSel);
+        AssignPageToButton(i);
+    }
+}
+
+void QuickButtons::FavBtn_Click(int index)
+{
+    Globals& g = globals();
+    GradientButton* button = FavBtn(index);
+    if (button->tag().isEmpty())
+        return;
+    g.CurrentUrl = button->tag();
+    g.CurrentTitle = button->toolTip();
+    m_main->NewBtnAction(g.NewWindowMode);
+}
+
+void QuickButtons::FavBtn_DragDrop(int index, const QString&)
+{
+    // Only a favourite dragged out of the Favorites tree is taken.
+    if (!m_tree || !m_tree->mouseDownFlag())
+        return;
+    AssignPageToButton(index);
+    globals().ButtonsChanged = true;
+    m_tree->endDrag();
+}
+
+void QuickButtons::SaveBtn_Click()
+{
+    SaveButtonFile(appFilePath(QString::fromLatin1(kButtonFileName)));
+}
+
+void QuickButtons::DistFavBtn_Click()
+{
+    const int tab = m_main->TabStrip1()->currentIndex() + 1;
+    QString hint = kHintOff;
+    HistoryToFavorites = false;
+    if (m_distribute->value()) {
+        if (tab == kFavoritesTab || tab == kListsTab)
+            hint = kHintDistribute;
+        else if (tab == kHistoryTab)
+            hint = kHintHistory;
+        HistoryToFavorites = tab == kHistoryTab;
+    }
+    m_distribute->setText(hint);
+    m_distribute->setToolTip(hint);
+}
+
+void QuickButtons::arrange(int width, int height)
+{
+    const int rows = kButtonCount / kColumns;
+    const int gap = 2;
+    const int w = (width - (kColumns + 1) * gap) / kColumns;
+    const int h = (height - (rows + 1) * gap) / rows;
+    for (int i = 0; i < kButtonCount; ++i) {
+        const int column = i % kColumns;
+        const int row = i / kColumns;
+        FavBtn(i)->setGeometry(gap + column * (w + gap), gap + row * (h + gap), w, h);
+    }
+}

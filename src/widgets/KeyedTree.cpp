@@ -1,0 +1,201 @@
+#include "KeyedTree.h"
+
+#include "ControlDrag.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QStyle>
+
+namespace {
+
+QIcon imageIcon(int image)
+{
+    static const QIcon closed = QApplication::style()->standardIcon(QStyle::SP_DirClosedIcon);
+    static const QIcon page = QApplication::style()->standardIcon(QStyle::SP_FileLinkIcon);
+    static const QIcon open = QApplication::style()->standardIcon(QStyle::SP_DirOpenIcon);
+    switch (image) {
+    case KeyedTree::ClosedFolder: return closed;
+    case KeyedTree::OpenFolder: return open;
+    default: return page;
+    }
+}
+
+} // namespace
+
+KeyedNode::KeyedNode(const QString& key, const QString& text, int image) : m_key(key), m_image(image)
+{
+    setText(0, text);
+    setIcon(0, imageIcon(image));
+}
+
+void KeyedNode::setImage(int image)
+{
+    m_image = image;
+    setIcon(0, imageIcon(image));
+}
+
+KeyedTree::KeyedTree(const QString& name, QWidget* parent) : QTreeWidget(parent)
+{
+    setObjectName(name);
+    setHeaderHidden(true);
+    setColumnCount(1);
+    setUniformRowHeights(true);
+    setAcceptDrops(true);
+    setDropIndicatorShown(true);
+    setDragDropMode(QAbstractItemView::DropOnly);
+    header()->setStretchLastSection(true);
+    connect(this, &QTreeWidget::itemExpanded, this, [](QTreeWidgetItem* item) {
+        auto* node = static_cast<KeyedNode*>(item);
+        if (node->image() == ClosedFolder)
+            node->setImage(OpenFolder);
+    });
+    connect(this, &QTreeWidget::itemCollapsed, this, [](QTreeWidgetItem* item) {
+        auto* node = static_cast<KeyedNode*>(item);
+        if (node->image() == OpenFolder)
+            node->setImage(ClosedFolder);
+    });
+    connect(this, &QTreeWidget::itemClicked, this,
+            [this](QTreeWidgetItem* item) { emit nodeClicked(static_cast<KeyedNode*>(item)); });
+    connect(this, &QTreeWidget::itemDoubleClicked, this,
+            [this](QTreeWidgetItem* item) { emit nodeDoubleClicked(static_cast<KeyedNode*>(item)); });
+}
+
+KeyedNode* KeyedTree::addNode(const QString& parentKey, const QString& key, const QString& text, int image)
+{
+    if (m_byKey.contains(key))
+        return nullptr;
+    KeyedNode* parent = nullptr;
+    if (!parentKey.isEmpty()) {
+        parent = m_byKey.value(parentKey);
+        if (!parent)
+            return nullptr;
+    }
+    auto* node = new KeyedNode(key, text, image);
+    if (parent)
+        parent->addChild(node);
+    else
+        addTopLevelItem(node);
+    m_byKey.insert(key, node);
+    m_order.append(node);
+    return node;
+}
+
+KeyedNode* KeyedTree::nodeAt(int index) const
+{
+    return index >= 1 && index <= m_order.size() ? m_order[index - 1] : nullptr;
+}
+
+int KeyedTree::indexOf(const KeyedNode* node) const
+{
+    const qsizetype i = m_order.indexOf(const_cast<KeyedNode*>(node));
+    return i < 0 ? 0 : int(i + 1);
+}
+
+void KeyedTree::forget(QTreeWidgetItem* item)
+{
+    for (int i = 0; i < item->childCount(); ++i)
+        forget(item->child(i));
+    auto* node = static_cast<KeyedNode*>(item);
+    m_byKey.remove(node->key());
+    m_order.removeOne(node);
+    if (m_dropHighlight == node)
+        m_dropHighlight = nullptr;
+}
+
+void KeyedTree::removeNode(KeyedNode* node)
+{
+    if (!node)
+        return;
+    forget(node);
+    delete node; // takes its children along
+}
+
+void KeyedTree::clearNodes()
+{
+    m_byKey.clear();
+    m_order.clear();
+    m_dropHighlight = nullptr;
+    clear();
+}
+
+KeyedNode* KeyedTree::nodeAtPoint(const QPoint& viewportPos) const
+{
+    return static_cast<KeyedNode*>(itemAt(viewportPos));
+}
+
+void KeyedTree::setDropHighlight(KeyedNode* node)
+{
+    m_dropHighlight = node;
+    if (node)
+        setCurrentItem(node);
+}
+
+bool KeyedTree::acceptsData(const QMimeData* data)
+{
+    return data && (!ControlDrag::sourceTag(data).isEmpty() || data->hasUrls() || data->hasText());
+}
+
+void KeyedTree::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (acceptsData(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void KeyedTree::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (acceptsData(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        event->ignore();
+}
+
+void KeyedTree::dropEvent(QDropEvent* event)
+{
+    const QMimeData* data = event->mimeData();
+    const QPoint pos = event->position().toPoint();
+    const QString tag = ControlDrag::sourceTag(data);
+    event->acceptProposedAction();
+    if (!tag.isEmpty()) {
+        emit controlDropped(tag, pos);
+        return;
+    }
+    // Links arrive as a list of addresses; plain text as it is. The first entry counts.
+    QString text;
+    if (data->hasUrls() && !data->urls().isEmpty())
+        text = data->urls().first().toString();
+    else
+        text = data->text().section(u'\n', 0, 0);
+    emit textDropped(text, pos);
+}
+
+void KeyedTree::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Delete && currentItem()) {
+        emit deleteRequested(static_cast<KeyedNode*>(currentItem()));
+        return;
+    }
+    QTreeWidget::keyPressEvent(event);
+}
+
+void KeyedTree::mousePressEvent(QMouseEvent* event)
+{
+    QTreeWidget::mousePressEvent(event);
+    emit mousePressed(event->position().toPoint(), event->button());
+}
+
+void KeyedTree::mouseMoveEvent(QMouseEvent* event)
+{
+    QTreeWidget::mouseMoveEvent(event);
+    emit mouseMoved(event->position().toPoint());
+}
+
+void KeyedTree::mouseReleaseEvent(QMouseEvent* event)
+{
+    QTreeWidget::mouseReleaseEvent(event);
+    emit mouseReleased();
+}

@@ -1,0 +1,95 @@
+#pragma once
+
+#include <QHash>
+#include <QTreeWidget>
+
+class KeyedNode;
+class QMimeData;
+
+// The program's tree control, shared by the Favorites, Lists and History trees: every node has a
+// key unique in its tree, a text, an image (1 closed folder, 2 page, 3 open folder), a tag and a
+// list tag. Nodes are found by key, and by index (creation order from 1, renumbered when nodes go).
+// Expanding a node whose image is 1 turns it into 3, collapsing turns 3 back into 1.
+class KeyedTree : public QTreeWidget
+{
+    Q_OBJECT
+
+public:
+    enum Image { ClosedFolder = 1, Page = 2, OpenFolder = 3 };
+
+    explicit KeyedTree(const QString& name, QWidget* parent = nullptr);
+
+    // Adds a node at the top (parentKey empty) or under the node `parentKey`; nullptr when the key
+    // is present already or the parent is missing, as with any keyed tree.
+    KeyedNode* addNode(const QString& parentKey, const QString& key, const QString& text, int image);
+    KeyedNode* node(const QString& key) const { return m_byKey.value(key); }
+    // The node with index `index` (1 = the first created); nullptr outside 1..nodeCount().
+    KeyedNode* nodeAt(int index) const;
+    int nodeCount() const { return int(m_order.size()); }
+    int indexOf(const KeyedNode* node) const;
+    const QList<KeyedNode*>& nodes() const { return m_order; }
+    // Removes the node and everything below it.
+    void removeNode(KeyedNode* node);
+    void clearNodes();
+
+    KeyedNode* nodeAtPoint(const QPoint& viewportPos) const;
+    void setDropHighlight(KeyedNode* node);
+    KeyedNode* dropHighlight() const { return m_dropHighlight; }
+
+    // The tag that drags of this tree carry ("SSTree1", ...): the tree's own name.
+    QString dragTag() const { return objectName(); }
+
+signals:
+    void nodeClicked(KeyedNode* node);
+    void nodeDoubleClicked(KeyedNode* node);
+    // A drag of one of the program's controls, identified by its tag, was dropped.
+    void controlDropped(const QString& sourceTag, const QPoint& viewportPos);
+    // Text (or a link) from another program was dropped.
+    void textDropped(const QString& text, const QPoint& viewportPos);
+    void deleteRequested(KeyedNode* node);
+    void mousePressed(const QPoint& viewportPos, Qt::MouseButton button);
+    void mouseMoved(const QPoint& viewportPos);
+    void mouseReleased();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    void forget(QTreeWidgetItem* item);
+    static bool acceptsData(const QMimeData* data);
+
+    QHash<QString, KeyedNode*> m_byKey;
+    QList<KeyedNode*> m_order;
+    KeyedNode* m_dropHighlight = nullptr;
+};
+
+// One node of a KeyedTree.
+class KeyedNode : public QTreeWidgetItem
+{
+public:
+    KeyedNode(const QString& key, const QString& text, int image);
+
+    QString key() const { return m_key; }
+    QString nodeText() const { return text(0); }
+    void setNodeText(const QString& text) { setText(0, text); }
+    int image() const { return m_image; }
+    void setImage(int image);
+    QString tag() const { return m_tag; }
+    void setTag(const QString& tag) { m_tag = tag; }
+    QString listTag() const { return m_listTag; }
+    void setListTag(const QString& tag) { m_listTag = tag; }
+    KeyedNode* parentNode() const { return static_cast<KeyedNode*>(parent()); }
+    bool isFolder() const { return m_image == KeyedTree::ClosedFolder || m_image == KeyedTree::OpenFolder; }
+
+private:
+    QString m_key;
+    int m_image;
+    QString m_tag;
+    QString m_listTag;
+};
