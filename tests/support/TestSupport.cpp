@@ -4,7 +4,9 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QDropEvent>
 #include <QFile>
 
 #include <csignal>
@@ -48,17 +50,17 @@ QByteArray testData(const QString& name)
     return readAll(QStringLiteral(VANTREL_TEST_DATA "/") + name);
 }
 
-ReadOnlyFolder::ReadOnlyFolder(const QString& path)
+ReadOnlyFolder::ReadOnlyFolder(const QString& path, mode_t mode)
     : m_path(path), m_savedEuid(::geteuid()), m_savedEgid(::getegid())
 {
     const QByteArray native = QFile::encodeName(path);
-    ::chmod(native.constData(), 0555);
+    ::chmod(native.constData(), mode);
     if (m_savedEuid == 0) {
         // An ordinary user must be able to reach the folder to be refused by it: open up the
         // test's own temporary folders between it and the system's temporary folder.
         const QByteArray tempRoot = QFile::encodeName(QDir::tempPath()) + '/';
-        for (QByteArray dir = native; dir.startsWith(tempRoot) && dir.size() > tempRoot.size();
-             dir = dir.left(dir.lastIndexOf('/'))) {
+        for (QByteArray dir = native.left(native.lastIndexOf('/'));
+             dir.startsWith(tempRoot) && dir.size() > tempRoot.size(); dir = dir.left(dir.lastIndexOf('/'))) {
             struct stat st
             {
             };
@@ -96,4 +98,15 @@ FileSizeLimit::~FileSizeLimit()
 void prepareGuiTests()
 {
     BrowserEngine::prepare();
+}
+
+bool deliverDrop(QWidget* target, const QMimeData* data, const QPoint& pos)
+{
+    QDragEnterEvent enter(pos, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &enter);
+    QDragMoveEvent move(pos, Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &move);
+    QDropEvent drop(QPointF(pos), Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(target, &drop);
+    return drop.isAccepted();
 }

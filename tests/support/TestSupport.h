@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <QByteArray>
 #include <QElapsedTimer>
+#include <QMimeData>
+#include <QPoint>
 #include <QString>
 #include <QTemporaryDir>
 #include <QTest>
@@ -34,12 +36,13 @@ bool writeAll(const QString& path, const QByteArray& bytes);
 // The bytes of a file in tests/data.
 QByteArray testData(const QString& name);
 
-// Makes the folder read-only for the test's own user and checks permissions as an ordinary user
-// even when the tests run as root (root would otherwise write anywhere). Undone on destruction.
+// Gives the folder the permissions `mode` (read-only by default) and checks permissions as an
+// ordinary user even when the tests run as root (root would otherwise read and write anywhere).
+// Undone on destruction.
 class ReadOnlyFolder
 {
 public:
-    explicit ReadOnlyFolder(const QString& path);
+    explicit ReadOnlyFolder(const QString& path, mode_t mode = 0555);
     ~ReadOnlyFolder();
 
 private:
@@ -73,6 +76,10 @@ template <typename Predicate> bool waitFor(Predicate done, int timeoutMs)
     }
     return true;
 }
+
+// Delivers a drop of `data` at `pos` to `target` as a real drag does: enter, move, drop.
+// True when the drop was accepted.
+bool deliverDrop(QWidget* target, const QMimeData* data, const QPoint& pos);
 
 // The main() of a test that shows windows or runs the browser engine: the engine's flags are set
 // before the application object exists.

@@ -1,0 +1,112 @@
+#include "TestSupport.h"
+#include "widgets/ControlDrag.h"
+#include "widgets/KeyedTree.h"
+
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+
+class TestKeyedTree : public QObject
+{
+    Q_OBJECT
+private slots:
+    void keysAreUniqueAndParentsMustExist()
+    {
+        KeyedTree tree("SSTree9");
+        QVERIFY(tree.addNode("", "A", "a", KeyedTree::ClosedFolder));
+        QVERIFY(!tree.addNode("", "A", "again", KeyedTree::Page));
+        QVERIFY(!tree.addNode("missing", "B", "b", KeyedTree::Page));
+        KeyedNode* child = tree.addNode("A", "A/c", "c", KeyedTree::Page);
+        QVERIFY(child);
+        QCOMPARE(child->parentNode(), tree.node("A"));
+        QCOMPARE(tree.nodeCount(), 2);
+        QCOMPARE(tree.node("A/c")->nodeText(), QStringLiteral("c"));
+        QCOMPARE(tree.dragTag(), QStringLiteral("SSTree9"));
+    }
+    void nodeIndexesFollowCreationAndCloseUpWhenNodesGo()
+    {
+        KeyedTree tree("SSTree9");
+        tree.addNode("", "1", "one", KeyedTree::ClosedFolder);
+        tree.addNode("1", "1/2", "two", KeyedTree::Page);
+        tree.addNode("", "3", "three", KeyedTree::Page);
+        tree.addNode("1", "1/4", "four", KeyedTree::Page);
+        QCOMPARE(tree.nodeAt(1)->key(), QStringLiteral("1"));
+        QCOMPARE(tree.nodeAt(4)->key(), QStringLiteral("1/4"));
+        QCOMPARE(tree.indexOf(tree.node("3")), 3);
+        tree.removeNode(tree.node("1")); // with its children
+        QCOMPARE(tree.nodeCount(), 1);
+        QCOMPARE(tree.nodeAt(1)->key(), QStringLiteral("3"));
+        QVERIFY(!tree.node("1/2"));
+        QVERIFY(!tree.nodeAt(2));
+        QVERIFY(!tree.nodeAt(0));
+        QVERIFY(tree.addNode("", "1", "one again", KeyedTree::Page)); // the key is free again
+        tree.clearNodes();
+        QCOMPARE(tree.nodeCount(), 0);
+        QVERIFY(!tree.node("3"));
+    }
+    void expandingOpensTheFolderImageAndCollapsingClosesIt()
+    {
+        KeyedTree tree("SSTree9");
+        KeyedNode* folder = tree.addNode("", "F", "folder", KeyedTree::ClosedFolder);
+        tree.addNode("F", "F/p", "page", KeyedTree::Page);
+        folder->setExpanded(true);
+        QCOMPARE(folder->image(), int(KeyedTree::OpenFolder));
+        folder->setExpanded(false);
+        QCOMPARE(folder->image(), int(KeyedTree::ClosedFolder));
+        QVERIFY(folder->isFolder());
+        QVERIFY(!tree.node("F/p")->isFolder());
+    }
+    void tagsAndListTagsAreKeptPerNode()
+    {
+        KeyedTree tree("SSTree9");
+        KeyedNode* n = tree.addNode("", "k", "t", KeyedTree::Page);
+        n->setTag("https://e.org/");
+        n->setListTag("List 1");
+        QCOMPARE(tree.node("k")->tag(), QStringLiteral("https://e.org/"));
+        QCOMPARE(tree.node("k")->listTag(), QStringLiteral("List 1"));
+    }
+    void dropsAreToldWithTheirSourceOrTheirText()
+    {
+        KeyedTree tree("SSTree9");
+        tree.resize(200, 200);
+        tree.show();
+        QSignalSpy controls(&tree, &KeyedTree::controlDropped);
+        QSignalSpy texts(&tree, &KeyedTree::textDropped);
+        std::unique_ptr<QMimeData> control(ControlDrag::makeData("AddBtn"));
+        QVERIFY(deliverDrop(tree.viewport(), control.get(), QPoint(10, 10)));
+        QCOMPARE(controls.size(), 1);
+        QCOMPARE(controls[0][0].toString(), QStringLiteral("AddBtn"));
+        QMimeData link;
+        link.setUrls({QUrl("https://dropped.example/page")});
+        QVERIFY(deliverDrop(tree.viewport(), &link, QPoint(10, 10)));
+        QMimeData text;
+        text.setText("HTTP://x\nsecond line");
+        QVERIFY(deliverDrop(tree.viewport(), &text, QPoint(10, 10)));
+        QCOMPARE(texts.size(), 2);
+        QCOMPARE(texts[0][0].toString(), QStringLiteral("https://dropped.example/page"));
+        QCOMPARE(texts[1][0].toString(), QStringLiteral("HTTP://x"));
+    }
+    void deleteKeyAsksForTheCurrentNode()
+    {
+        KeyedTree tree("SSTree9");
+        KeyedNode* n = tree.addNode("", "k", "t", KeyedTree::Page);
+        tree.setCurrentItem(n);
+        QSignalSpy asked(&tree, &KeyedTree::deleteRequested);
+        QTest::keyClick(&tree, Qt::Key_Delete);
+        QCOMPARE(asked.size(), 1);
+        QCOMPARE(tree.nodeCount(), 1); // the owner decides
+    }
+    void dropHighlightMarksAndSelects()
+    {
+        KeyedTree tree("SSTree9");
+        KeyedNode* n = tree.addNode("", "k", "t", KeyedTree::ClosedFolder);
+        tree.setDropHighlight(n);
+        QCOMPARE(tree.dropHighlight(), n);
+        QCOMPARE(tree.currentItem(), n);
+        tree.removeNode(n);
+        QVERIFY(!tree.dropHighlight());
+    }
+};
+
+VANTREL_GUI_TEST_MAIN(TestKeyedTree)
+#include "tst_keyedtree.moc"
