@@ -433,6 +433,28 @@ private slots:
         QDesktopServices::unsetUrlHandler("file");
         QCOMPARE(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(m_app->favorites())});
     }
+    void missingFavoritesFolderLeavesTheTreeEmptyAndSaysNothing()
+    {
+        start();
+        g.FavoritesPath.clear();
+        QTest::mouseClick(m_main->RefreshBtn(), Qt::LeftButton);
+        QCOMPARE(tree()->nodeCount(), 0);
+        g.FavoritesPath = m_app->home() + "/NoSuchFolder";
+        QTest::mouseClick(m_main->RefreshBtn(), Qt::LeftButton);
+        QCOMPARE(tree()->nodeCount(), 0);
+        QVERIFY(DialogService::shownTexts().isEmpty());
+    }
+    void buildingChangesNoFile()
+    {
+        shortcut("Links/news.url", "https://news/");
+        QVERIFY(writeAll(fav("odd.url"), "\xff\xfe binary"));
+        const QByteArray before = readAll(fav("Links/news.url")) + readAll(fav("odd.url"));
+        const QDateTime modified = QFileInfo(fav("odd.url")).lastModified();
+        start();
+        QTest::mouseClick(m_main->RefreshBtn(), Qt::LeftButton);
+        QCOMPARE(readAll(fav("Links/news.url")) + readAll(fav("odd.url")), before);
+        QCOMPARE(QFileInfo(fav("odd.url")).lastModified(), modified);
+    }
     void refreshShowsWhatChangedOnDisk()
     {
         shortcut("one.url", "https://1/");
