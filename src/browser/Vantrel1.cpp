@@ -1,9 +1,6 @@
 #include "Vantrel1.h"
 
 #include "SurfPanel.h"
-#include "favorites/FavoritesTree.h"
-#include "favorites/QuickButtons.h"
-#include "favorites/ShellServices.h"
 #include "WebForm1.h"
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
@@ -14,6 +11,9 @@
 #include "core/ListFile.h"
 #include "core/OptionsFile.h"
 #include "core/Startup.h"
+#include "favorites/FavoritesTree.h"
+#include "favorites/QuickButtons.h"
+#include "favorites/ShellServices.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
 #include "widgets/TabStrip.h"
@@ -22,6 +22,7 @@
 #include <QCalendarWidget>
 #include <QCloseEvent>
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
@@ -71,7 +72,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     m_surf = new SurfPanel(this);
     m_surf->setTabSelector([this](int index) { m_tabStrip->setCurrentIndex(index); });
 
-    m_frame4 = new QFrame(m_tabStrip->widget(1));
+    m_frame4 = new QFrame(this);
     m_frame4->setObjectName(QStringLiteral("Frame4"));
 
     m_frame2 = new QFrame(this);
@@ -205,7 +206,8 @@ void Vantrel1::placeFavoritesTree()
     const int W = widthTwips();
     const int H = heightTwips();
     // The height follows the window only while there is room for it below the Favorites panel.
-    const int height = H - kFrame4Height > 1500 ? twipsToPixels(H - kFrame4Height - 1500) : m_frame2->height();
+    const int height =
+        H - kFrame4Height > 1500 ? twipsToPixels(H - kFrame4Height - 1500) : m_frame2->height();
     m_frame2->setGeometry(twipsToPixels(kFavoritesTreeLeft), twipsToPixels(kFavoritesTreeTop),
                           twipsToPixels(W - 165), height);
     m_frame2->show();
@@ -246,7 +248,6 @@ void Vantrel1::Form_Resize()
     m_surf->setGeometry(twipsRect(0, tabTop, W, panelHeight));
     m_surf->ArrangeRows(W);
     m_surf->arrangeControls(W, panelHeight);
-    m_frame4->setGeometry(twipsRect(45, 45, W - 165, kFrame4Height - tabTop));
     if (m_frame2->isVisible())
         placeFavoritesTree();
     arrangeFavoritesTab();
@@ -270,13 +271,25 @@ void Vantrel1::buildFavoritesTab()
     m_favorites = new FavoritesTree(m_ssTree1, distribute, this);
     m_quickButtons->setTree(m_favorites);
 
+    // The tab's own controls: the quick buttons above the tree, the commands below it.
     QWidget* page = m_tabStrip->widget(1);
+    m_frame4->setParent(page);
+    m_favoritesCommands = new QWidget(page);
+    auto* pageLayout = new QVBoxLayout(page);
+    pageLayout->setContentsMargins(3, 3, 3, 3);
+    pageLayout->addWidget(m_frame4);
+    pageLayout->addStretch(1); // the tree panel lies over this part
+    pageLayout->addWidget(m_favoritesCommands);
+    auto* commandLayout = new QHBoxLayout(m_favoritesCommands);
+    commandLayout->setContentsMargins(0, 0, 0, 0);
     m_saveBtn = new GradientButton(QStringLiteral("SaveBtn"), tr("Save"), page);
     m_saveBtn->setToolTip(tr("Save the Web Page Button Assignments"));
     m_orgFavBtn = new GradientButton(QStringLiteral("OrgFavBtn"), tr("Organize"), page);
     m_orgFavBtn->setToolTip(tr("Organize your Favorites folder in the file manager"));
     m_refreshBtn = new GradientButton(QStringLiteral("RefreshBtn"), tr("Refresh"), page);
     m_refreshBtn->setToolTip(tr("Read the Favorites folder again"));
+    for (GradientButton* command : {m_saveBtn, m_orgFavBtn, m_refreshBtn})
+        commandLayout->addWidget(command);
     connect(m_saveBtn, &GradientButton::clicked, m_quickButtons, &QuickButtons::SaveBtn_Click);
     connect(m_refreshBtn, &GradientButton::clicked, m_favorites, &FavoritesTree::RefreshBtn_Click);
     connect(m_orgFavBtn, &GradientButton::clicked, this,
@@ -285,17 +298,13 @@ void Vantrel1::buildFavoritesTab()
 
 void Vantrel1::arrangeFavoritesTab()
 {
-    m_quickButtons->arrange(m_frame4->width(), m_frame4->height());
-    // The command buttons share the strip between the tree and the bottom of the tab.
-    QWidget* page = m_tabStrip->widget(1);
-    const int pageTop = page->mapTo(this, QPoint(0, 0)).y();
-    const int stripTop = twipsToPixels(heightTwips() - 1065 + 60) - pageTop;
-    const int stripHeight = std::max(18, page->height() - stripTop - 4);
-    const int gap = 4;
-    const int each = (page->width() - 4 * gap) / 3;
-    GradientButton* commands[] = {m_saveBtn, m_orgFavBtn, m_refreshBtn};
-    for (int i = 0; i < 3; ++i)
-        commands[i]->setGeometry(gap + i * (each + gap), stripTop, each, std::min(stripHeight, 26));
+    // The quick buttons end just above the tree panel; the commands fill the room below it.
+    const int tabTop = m_tabStrip->tabBar()->sizeHint().height();
+    const int treeTop = twipsToPixels(kFavoritesTreeTop);
+    const int treeBottom = twipsToPixels(heightTwips() - kFrame4Height - 1500 + kFavoritesTreeTop);
+    const int pageBottom = twipsToPixels(heightTwips() - kTabStripMargin);
+    m_frame4->setFixedHeight(std::max(40, treeTop - tabTop - 10));
+    m_favoritesCommands->setFixedHeight(std::clamp(pageBottom - treeBottom - 12, 18, 28));
 }
 
 void Vantrel1::RememberPlacement()

@@ -85,6 +85,7 @@ private:
     GradientButton* m_saveBtn;
     GradientButton* m_orgFavBtn;
     GradientButton* m_refreshBtn;
+    QWidget* m_favoritesCommands;
     WebForm1* m_webForm;
     QTimer* m_timer;
     QString m_helpFile;

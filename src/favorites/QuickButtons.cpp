@@ -9,6 +9,7 @@
 #include "widgets/GradientButton.h"
 
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QTabWidget>
 
 namespace {
@@ -32,8 +33,13 @@ QString caption(const QString& relativeName)
 QuickButtons::QuickButtons(QWidget* buttonFrame, GradientButton* distribute, Vantrel1* main)
     : QObject(buttonFrame), m_frame(buttonFrame), m_distribute(distribute), m_main(main)
 {
+    auto* grid = new QGridLayout(buttonFrame);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setSpacing(2);
     for (int i = 0; i < kButtonCount; ++i) {
         auto* button = new GradientButton(QStringLiteral("FavBtn_%1").arg(i), QString(), buttonFrame);
+        button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+        grid->addWidget(button, i / kColumns, i % kColumns);
         button->setAcceptsControlDrops(true);
         button->setIconSize(QSize(16, 16));
         m_buttons[size_t(i)] = button;
@@ -129,17 +135,4 @@ void QuickButtons::DistFavBtn_Click()
     }
     m_distribute->setText(hint);
     m_distribute->setToolTip(hint);
-}
-
-void QuickButtons::arrange(int width, int height)
-{
-    const int rows = kButtonCount / kColumns;
-    const int gap = 2;
-    const int w = (width - (kColumns + 1) * gap) / kColumns;
-    const int h = (height - (rows + 1) * gap) / rows;
-    for (int i = 0; i < kButtonCount; ++i) {
-        const int column = i % kColumns;
-        const int row = i / kColumns;
-        FavBtn(i)->setGeometry(gap + column * (w + gap), gap + row * (h + gap), w, h);
-    }
 }

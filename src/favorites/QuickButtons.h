@@ -9,8 +9,8 @@ class GradientButton;
 class QWidget;
 class Vantrel1;
 
-// The 32 quick-access page buttons FavBtn_0 .. FavBtn_31. A favourite dragged from the Favorites
-// tree onto a button is put on it (with the shortcut's icon); a click opens the button's page. The
+// The 32 quick-access page buttons FavBtn_0 .. FavBtn_31, four to a row. A favourite dragged from the
+// Favorites tree onto a button is put on it (with the shortcut's icon); a click opens the button's page. The
 // assignments are kept in the button file; DistFavBtn switches the tree between opening a
 // favourite and handing it out to buttons and lists.
 class QuickButtons : public QObject
@@ -35,8 +35,6 @@ public:
     void FavBtn_DragDrop(int index, const QString& sourceTag);
     void SaveBtn_Click();
     void DistFavBtn_Click();
-    // Lays the buttons out in a grid of four columns inside `width` x `height` pixels.
-    void arrange(int width, int height);
 
     // True while the History tab's distribute mode is on (the history tree reads it).
     bool HistoryToFavorites = false;
