@@ -7,6 +7,8 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/OptionsFile.h"
+#include "lists/ListsPanel.h"
+#include "lists/ListsTree.h"
 #include "widgets/GradientButton.h"
 #include "widgets/Twips.h"
 
@@ -162,10 +164,11 @@ private slots:
     {
         m_main->Form_Load();
         DialogService::clearShown();
-        g.ListName[0] = "L";
-        g.ListTitle[0] = "t";
-        g.ListUrl[0] = "u";
-        g.ListCount = 1;
+        ListsTree* lists = m_main->listsPanel()->lists();
+        QVERIFY(lists->AddListNode("L"));
+        g.CurrentUrl = "u";
+        g.CurrentTitle = "t";
+        QVERIFY(lists->AddPageNode("L"));
         g.HistGroup[0] = "Internet Explorer 1";
         g.HistoryCount = 1;
         g.BtnTitle[1] = "One";
@@ -173,7 +176,7 @@ private slots:
         for (int i = 0; i < 3; ++i)
             DialogService::setNextAnswer(DialogService::Answer::Yes);
         m_main->Form_Unload();
-        QCOMPARE(readAll(m_app->file("DefaultList.NLS")), QByteArray("L[#@!]t[#@!]u\r\n"));
+        QCOMPARE(readAll(m_app->file("DefaultList.NLS")), QByteArray("L[#@!] [#@!] \r\nL[#@!]t[#@!]u\r\n"));
         QCOMPARE(readAll(m_app->file("BrowseHistory.LST")), QByteArray("Internet Explorer 1[#@!][#@!]\r\n"));
         QCOMPARE(readAll(m_app->file("DefaultBtns.BLS")), QByteArray("1[^^]One[||]\r\n"));
         QVERIFY(!QFile::exists(m_app->file("Options.INI"))); // not dirty: not saved

@@ -2,18 +2,22 @@
 
 #include "SurfPanel.h"
 #include "WebForm1.h"
+#include "about/HelpWindow.h"
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
 #include "core/ColorsFile.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/HistoryFile.h"
-#include "core/ListFile.h"
 #include "core/OptionsFile.h"
+#include "core/RunError.h"
 #include "core/Startup.h"
+#include "favorites/FavoritesPanel.h"
 #include "favorites/FavoritesTree.h"
 #include "favorites/QuickButtons.h"
-#include "favorites/ShellServices.h"
+#include "lists/ListsPanel.h"
+#include "lists/ListsTree.h"
+#include "lists/RunList1.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
 #include "widgets/TabStrip.h"
@@ -21,8 +25,12 @@
 
 #include <QCalendarWidget>
 #include <QCloseEvent>
+#include <QComboBox>
+#include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
+#include <QShortcut>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTimer>
@@ -72,15 +80,21 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     m_surf = new SurfPanel(this);
     m_surf->setTabSelector([this](int index) { m_tabStrip->setCurrentIndex(index); });
 
-    m_frame4 = new QFrame(this);
-    m_frame4->setObjectName(QStringLiteral("Frame4"));
-
     m_frame2 = new QFrame(this);
     m_frame2->setObjectName(QStringLiteral("Frame2"));
 
     m_webForm = new WebForm1(m_surf, this);
-    buildFavoritesTab();
     m_surf->setPool(m_webForm);
+    buildOptionsTab();
+    m_favoritesPanel = new FavoritesPanel(m_frame2, this);
+    m_listsPanel = new ListsPanel(m_cmbList, this);
+    for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel}, {2, m_listsPanel}}) {
+        auto* layout = new QVBoxLayout(m_tabStrip->widget(index));
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(panel);
+    }
+    auto* help = new QShortcut(QKeySequence::HelpContents, this);
+    connect(help, &QShortcut::activated, this, &Vantrel1::showHelp);
     connect(m_webForm, &WebForm1::newWindowRequested, this, [this](const QString& url) {
         globals().CurrentUrl = url;
         NewBtnAction(true);
@@ -127,12 +141,14 @@ void Vantrel1::Form_Load()
     for (int row = 0; row < kWindowSlots; ++row)
         m_surf->hideRow(row);
     g.FavoritesPath = GetFavoritesFolder(kFavoritesFolderId);
-    m_favorites->RefreshBtn_Click();
-    m_quickButtons->LoadButtons();
+    favorites()->RefreshBtn_Click();
+    quickButtons()->LoadButtons();
+    m_listsPanel->lists()->LoadListTree();
     m_surf->setCalendarDate(Clock::today());
     InitFormState();
     LoadColors();
     LoadOptions();
+    ShowOptionControls();
 
     // Keep the window on the screen; a negative place jumps to 800, not to 0, as it always has.
     if (g.MainLeft > 8800)
@@ -167,7 +183,46 @@ void Vantrel1::Form_GotFocus()
         NewBtnAction(g.NewWindowMode);
         g.OptStartList = false; // the start-up address wins over the start-up list
     }
+    if (g.OptStartList)
+        StartStartupList();
     FirstShow = false;
+}
+
+void Vantrel1::StartStartupList()
+{
+    Globals& g = globals();
+    if (m_cmbList->currentIndex() >= 0)
+        g.RunListName = m_cmbList->currentText();
+    if (!BuildRunList(g.RunListName.toUpper()))
+        return;
+    g.RunListRunning = true;
+    g.RunListLoop = false;
+    g.RunListMulti = true; // each page in a window of its own, once through
+}
+
+void Vantrel1::ShowOptionControls()
+{
+    const Globals& g = globals();
+    if (m_cmbList->count() > 0 && g.StartListIndex >= 0) {
+        if (g.StartListIndex >= m_cmbList->count()) {
+            DialogService::message(QStringLiteral("Error - ") +
+                                   RunError(RunError::InvalidPropertyValue).numberAndText());
+            return;
+        }
+        m_cmbList->setCurrentIndex(g.StartListIndex);
+    }
+}
+
+bool Vantrel1::BuildRunList(const QString& upperName)
+{
+    return m_listsPanel->BuildRunList(upperName);
+}
+
+void Vantrel1::showHelp()
+{
+    if (!m_help)
+        m_help = new HelpWindow(this);
+    m_help->showHelp();
 }
 
 void Vantrel1::Form_Unload()
@@ -179,20 +234,22 @@ void Vantrel1::Form_Unload()
     m_timer->stop();
     if (g.WebFormBusy)
         m_webForm->Unload();
-    // Until the trees hold the pages, the shared arrays are what there is to save.
+    if (g.RunListShown)
+        m_listsPanel->unloadRunDialog();
     if (g.ListsChanged &&
-        DialogService::question(QStringLiteral("Do you want to save Changes to Favorite Web Page Lists?"))) {
-        SortLists();
-        SaveListFile(g.ListCount);
-    }
+        DialogService::question(QStringLiteral("Do you want to save Changes to Favorite Web Page Lists?")))
+        m_listsPanel->lists()->SaveListBtn_Click();
+    // Until the history tree holds the pages, the shared arrays are what there is to save.
     if (g.HistoryChanged &&
         DialogService::question(QStringLiteral("Do you want to save History of Web Page Viewing?")))
         SaveHistoryFile(g.HistoryCount);
     if (g.ButtonsChanged && DialogService::question(QStringLiteral(
                                 "Do you want to save Changes to Web Page Button Assignments?")))
-        SaveButtonFile(appFilePath(QString::fromLatin1(kButtonFileName)));
+        quickButtons()->SaveBtn_Click();
     if (OptionsDirty)
         SaveOptions();
+    if (m_help)
+        m_help->close();
     emit unloaded();
 }
 
@@ -250,61 +307,59 @@ void Vantrel1::Form_Resize()
     m_surf->arrangeControls(W, panelHeight);
     if (m_frame2->isVisible())
         placeFavoritesTree();
-    arrangeFavoritesTab();
+    arrangeTreeTabs();
 }
 
-void Vantrel1::buildFavoritesTab()
+void Vantrel1::buildOptionsTab()
 {
-    // The Favorites tree and the distribute switch sit in Frame2, which the Favorites, Lists and
-    // History tabs share.
-    m_ssTree1 = new KeyedTree(QStringLiteral("SSTree1"), m_frame2);
-    m_ssTree1->setToolTip(tr("Your Favorites folder"));
-    auto* distribute = new GradientButton(QStringLiteral("DistFavBtn"), QString(), m_frame2);
-    auto* treeLayout = new QVBoxLayout(m_frame2);
-    treeLayout->setContentsMargins(0, 0, 0, 0);
-    treeLayout->setSpacing(2);
-    treeLayout->addWidget(m_ssTree1, 1);
-    treeLayout->addWidget(distribute);
-
-    m_frame4->setFrameShape(QFrame::NoFrame);
-    m_quickButtons = new QuickButtons(m_frame4, distribute, this);
-    m_favorites = new FavoritesTree(m_ssTree1, distribute, this);
-    m_quickButtons->setTree(m_favorites);
-
-    // The tab's own controls: the quick buttons above the tree, the commands below it.
-    QWidget* page = m_tabStrip->widget(1);
-    m_frame4->setParent(page);
-    m_favoritesCommands = new QWidget(page);
-    auto* pageLayout = new QVBoxLayout(page);
-    pageLayout->setContentsMargins(3, 3, 3, 3);
-    pageLayout->addWidget(m_frame4);
-    pageLayout->addStretch(1); // the tree panel lies over this part
-    pageLayout->addWidget(m_favoritesCommands);
-    auto* commandLayout = new QHBoxLayout(m_favoritesCommands);
-    commandLayout->setContentsMargins(0, 0, 0, 0);
-    m_saveBtn = new GradientButton(QStringLiteral("SaveBtn"), tr("Save"), page);
-    m_saveBtn->setToolTip(tr("Save the Web Page Button Assignments"));
-    m_orgFavBtn = new GradientButton(QStringLiteral("OrgFavBtn"), tr("Organize"), page);
-    m_orgFavBtn->setToolTip(tr("Organize your Favorites folder in the file manager"));
-    m_refreshBtn = new GradientButton(QStringLiteral("RefreshBtn"), tr("Refresh"), page);
-    m_refreshBtn->setToolTip(tr("Read the Favorites folder again"));
-    for (GradientButton* command : {m_saveBtn, m_orgFavBtn, m_refreshBtn})
-        commandLayout->addWidget(command);
-    connect(m_saveBtn, &GradientButton::clicked, m_quickButtons, &QuickButtons::SaveBtn_Click);
-    connect(m_refreshBtn, &GradientButton::clicked, m_favorites, &FavoritesTree::RefreshBtn_Click);
-    connect(m_orgFavBtn, &GradientButton::clicked, this,
-            [] { ShellServices::openFolder(globals().FavoritesPath); });
+    QWidget* page = m_tabStrip->widget(4);
+    m_cmbList = new QComboBox(page);
+    m_cmbList->setObjectName(QStringLiteral("CMBLIST"));
+    m_cmbList->setToolTip(QStringLiteral("Select Favorite List to run at Startup."));
+    auto* form = new QFormLayout(page);
+    form->addRow(QStringLiteral("StartUp List:"), m_cmbList);
 }
 
-void Vantrel1::arrangeFavoritesTab()
+void Vantrel1::arrangeTreeTabs()
 {
-    // The quick buttons end just above the tree panel; the commands fill the room below it.
+    // The tabs' own content ends just above the tree panel; their commands fill the room below it.
     const int tabTop = m_tabStrip->tabBar()->sizeHint().height();
     const int treeTop = twipsToPixels(kFavoritesTreeTop);
     const int treeBottom = twipsToPixels(heightTwips() - kFrame4Height - 1500 + kFavoritesTreeTop);
     const int pageBottom = twipsToPixels(heightTwips() - kTabStripMargin);
-    m_frame4->setFixedHeight(std::max(40, treeTop - tabTop - 10));
-    m_favoritesCommands->setFixedHeight(std::clamp(pageBottom - treeBottom - 12, 18, 28));
+    for (SharedTreeTab* tab :
+         {static_cast<SharedTreeTab*>(m_favoritesPanel), static_cast<SharedTreeTab*>(m_listsPanel)})
+        tab->fitAround(treeTop - tabTop - 10, pageBottom - treeBottom - 12);
+}
+
+KeyedTree* Vantrel1::SSTree1() const
+{
+    return m_favoritesPanel->SSTree1();
+}
+
+FavoritesTree* Vantrel1::favorites() const
+{
+    return m_favoritesPanel->favorites();
+}
+
+QuickButtons* Vantrel1::quickButtons() const
+{
+    return m_favoritesPanel->quickButtons();
+}
+
+GradientButton* Vantrel1::SaveBtn() const
+{
+    return m_favoritesPanel->SaveBtn();
+}
+
+GradientButton* Vantrel1::OrgFavBtn() const
+{
+    return m_favoritesPanel->OrgFavBtn();
+}
+
+GradientButton* Vantrel1::RefreshBtn() const
+{
+    return m_favoritesPanel->RefreshBtn();
 }
 
 void Vantrel1::RememberPlacement()
@@ -319,6 +374,7 @@ void Vantrel1::RememberPlacement()
 
 void Vantrel1::Timer1_Timer()
 {
+    m_listsPanel->run().tick();
     QGroupBox* calendar = m_surf->Frame7();
     if (calendar->isVisible())
         calendar->setTitle(u' ' + Clock::timeOfDay().toString(QStringLiteral("HH:mm:ss")) + u' ');

@@ -2,9 +2,13 @@
 
 #include <QWidget>
 
+class FavoritesPanel;
 class FavoritesTree;
 class GradientButton;
+class HelpWindow;
 class KeyedTree;
+class ListsPanel;
+class QComboBox;
 class QFrame;
 class QTabWidget;
 class QTimer;
@@ -28,11 +32,19 @@ public:
     void Form_Load();
     // Acts once, while FirstShow: opens the start-up address (or runs the start-up list).
     void Form_GotFocus();
+    // Runs the list chosen as start-up list, each page in a window of its own, once through.
+    void StartStartupList();
+    // The option values shown in the Options tab's controls.
+    void ShowOptionControls();
     // Closes the browser windows, offers to save what changed, saves changed options.
     void Form_Unload();
 
     // Opens CurrentUrl: the path every part of the program takes to show a page.
     void NewBtnAction(bool newWindow);
+    // Collects the pages of a list (its name upper-cased) for a timed run; true when it has any.
+    bool BuildRunList(const QString& upperName);
+    // Shows the help (also F1).
+    void showHelp();
 
     // Tab change and resize rules; the window's placement into the options.
     void TabStrip1_Click();
@@ -44,13 +56,17 @@ public:
     WebForm1* webForm() const { return m_webForm; }
     QTabWidget* TabStrip1() const { return m_tabStrip; }
     QFrame* Frame2() const { return m_frame2; }
-    QFrame* Frame4() const { return m_frame4; }
-    KeyedTree* SSTree1() const { return m_ssTree1; }
-    FavoritesTree* favorites() const { return m_favorites; }
-    QuickButtons* quickButtons() const { return m_quickButtons; }
-    GradientButton* SaveBtn() const { return m_saveBtn; }
-    GradientButton* OrgFavBtn() const { return m_orgFavBtn; }
-    GradientButton* RefreshBtn() const { return m_refreshBtn; }
+    FavoritesPanel* favoritesPanel() const { return m_favoritesPanel; }
+    ListsPanel* listsPanel() const { return m_listsPanel; }
+    QComboBox* CMBLIST() const { return m_cmbList; }
+    HelpWindow* helpWindow() const { return m_help; }
+    // Short ways to the Favorites tab's parts.
+    KeyedTree* SSTree1() const;
+    FavoritesTree* favorites() const;
+    QuickButtons* quickButtons() const;
+    GradientButton* SaveBtn() const;
+    GradientButton* OrgFavBtn() const;
+    GradientButton* RefreshBtn() const;
     QTimer* Timer1() const { return m_timer; }
     QString helpFile() const { return m_helpFile; }
 
@@ -72,20 +88,17 @@ private:
     void placeFavoritesTree();
     int widthTwips() const;
     int heightTwips() const;
-    void buildFavoritesTab();
-    void arrangeFavoritesTab();
+    void buildOptionsTab();
+    // Fits the tabs that show the shared tree panel around it.
+    void arrangeTreeTabs();
 
     QTabWidget* m_tabStrip;
     SurfPanel* m_surf;
     QFrame* m_frame2;
-    QFrame* m_frame4;
-    KeyedTree* m_ssTree1;
-    FavoritesTree* m_favorites;
-    QuickButtons* m_quickButtons;
-    GradientButton* m_saveBtn;
-    GradientButton* m_orgFavBtn;
-    GradientButton* m_refreshBtn;
-    QWidget* m_favoritesCommands;
+    FavoritesPanel* m_favoritesPanel;
+    ListsPanel* m_listsPanel;
+    QComboBox* m_cmbList;
+    HelpWindow* m_help = nullptr;
     WebForm1* m_webForm;
     QTimer* m_timer;
     QString m_helpFile;

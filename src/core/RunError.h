@@ -20,6 +20,7 @@ struct RunError
         PermissionDenied = 70,
         PathFileAccessError = 75,
         PathNotFound = 76,
+        InvalidPropertyValue = 380,
     };
 
     int number = None;

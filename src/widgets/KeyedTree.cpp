@@ -17,15 +17,19 @@ QIcon imageIcon(int image)
     static const QIcon page = QApplication::style()->standardIcon(QStyle::SP_FileLinkIcon);
     static const QIcon open = QApplication::style()->standardIcon(QStyle::SP_DirOpenIcon);
     switch (image) {
-    case KeyedTree::ClosedFolder: return closed;
-    case KeyedTree::OpenFolder: return open;
-    default: return page;
+    case KeyedTree::ClosedFolder:
+        return closed;
+    case KeyedTree::OpenFolder:
+        return open;
+    default:
+        return page;
     }
 }
 
 } // namespace
 
-KeyedNode::KeyedNode(const QString& key, const QString& text, int image) : m_key(key), m_image(image)
+KeyedNode::KeyedNode(const QString& key, const QString& text, int image)
+    : m_key(key), m_shownText(text), m_image(image)
 {
     setText(0, text);
     setIcon(0, imageIcon(image));
@@ -57,6 +61,14 @@ KeyedTree::KeyedTree(const QString& name, QWidget* parent) : QTreeWidget(parent)
         if (node->image() == OpenFolder)
             node->setImage(ClosedFolder);
     });
+    connect(this, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) {
+        auto* node = static_cast<KeyedNode*>(item);
+        const QString old = node->shownText();
+        if (node->nodeText() == old)
+            return;
+        node->acceptEditedText();
+        emit labelEdited(node, old, node->nodeText());
+    });
     connect(this, &QTreeWidget::itemClicked, this,
             [this](QTreeWidgetItem* item) { emit nodeClicked(static_cast<KeyedNode*>(item)); });
     connect(this, &QTreeWidget::itemDoubleClicked, this,
@@ -74,6 +86,8 @@ KeyedNode* KeyedTree::addNode(const QString& parentKey, const QString& key, cons
             return nullptr;
     }
     auto* node = new KeyedNode(key, text, image);
+    if (m_labelEdit)
+        node->setFlags(node->flags() | Qt::ItemIsEditable);
     if (parent)
         parent->addChild(node);
     else
@@ -111,6 +125,25 @@ void KeyedTree::removeNode(KeyedNode* node)
         return;
     forget(node);
     delete node; // takes its children along
+}
+
+bool KeyedTree::rekey(KeyedNode* node, const QString& newKey)
+{
+    if (node->key() == newKey)
+        return true;
+    if (m_byKey.contains(newKey))
+        return false;
+    m_byKey.remove(node->key());
+    node->setKeyUnchecked(newKey);
+    m_byKey.insert(newKey, node);
+    return true;
+}
+
+void KeyedTree::setLabelEditEnabled(bool on)
+{
+    m_labelEdit = on;
+    setEditTriggers(on ? QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked
+                       : QAbstractItemView::NoEditTriggers);
 }
 
 void KeyedTree::clearNodes()

@@ -30,6 +30,8 @@ public:
     const QList<KeyedNode*>& nodes() const { return m_order; }
     // Removes the node and everything below it.
     void removeNode(KeyedNode* node);
+    // Gives the node a new key; false (and nothing changes) when the key is taken.
+    bool rekey(KeyedNode* node, const QString& newKey);
     void clearNodes();
 
     KeyedNode* nodeAtPoint(const QPoint& viewportPos) const;
@@ -39,6 +41,9 @@ public:
     // The tag that drags of this tree carry ("SSTree1", ...): the tree's own name.
     QString dragTag() const { return objectName(); }
 
+    // Lets the user edit node labels (F2, or a click on the selected node); labelEdited() tells.
+    void setLabelEditEnabled(bool on);
+
 signals:
     void nodeClicked(KeyedNode* node);
     void nodeDoubleClicked(KeyedNode* node);
@@ -47,6 +52,8 @@ signals:
     // Text (or a link) from another program was dropped.
     void textDropped(const QString& text, const QPoint& viewportPos);
     void deleteRequested(KeyedNode* node);
+    // The user finished editing a node's label.
+    void labelEdited(KeyedNode* node, const QString& oldText, const QString& newText);
     void mousePressed(const QPoint& viewportPos, Qt::MouseButton button);
     void mouseMoved(const QPoint& viewportPos);
     void mouseReleased();
@@ -67,6 +74,7 @@ private:
     QHash<QString, KeyedNode*> m_byKey;
     QList<KeyedNode*> m_order;
     KeyedNode* m_dropHighlight = nullptr;
+    bool m_labelEdit = false;
 };
 
 // One node of a KeyedTree.
@@ -77,7 +85,16 @@ public:
 
     QString key() const { return m_key; }
     QString nodeText() const { return text(0); }
-    void setNodeText(const QString& text) { setText(0, text); }
+    void setNodeText(const QString& text)
+    {
+        m_shownText = text;
+        setText(0, text);
+    }
+    // The label as last set by the program, to tell an edit from it.
+    QString shownText() const { return m_shownText; }
+    void acceptEditedText() { m_shownText = text(0); }
+    // A key follows the node's new name; the tree's index of keys must be told (KeyedTree::rekey).
+    void setKeyUnchecked(const QString& key) { m_key = key; }
     int image() const { return m_image; }
     void setImage(int image);
     QString tag() const { return m_tag; }
@@ -89,6 +106,7 @@ public:
 
 private:
     QString m_key;
+    QString m_shownText;
     int m_image;
     QString m_tag;
     QString m_listTag;

@@ -1,0 +1,44 @@
+#include "FavoritesPanel.h"
+
+#include "FavoritesTree.h"
+#include "QuickButtons.h"
+#include "ShellServices.h"
+#include "core/Globals.h"
+#include "widgets/GradientButton.h"
+#include "widgets/KeyedTree.h"
+
+#include <QFrame>
+#include <QVBoxLayout>
+
+FavoritesPanel::FavoritesPanel(QFrame* sharedPanel, Vantrel1* main)
+{
+    setObjectName(QStringLiteral("FavoritesPanel"));
+    m_tree = new KeyedTree(QStringLiteral("SSTree1"), sharedPanel);
+    m_tree->setToolTip(tr("Your Favorites folder"));
+    m_distFavBtn = new GradientButton(QStringLiteral("DistFavBtn"), QString(), sharedPanel);
+    auto* treeLayout = new QVBoxLayout(sharedPanel);
+    treeLayout->setContentsMargins(0, 0, 0, 0);
+    treeLayout->setSpacing(2);
+    treeLayout->addWidget(m_tree, 1);
+    treeLayout->addWidget(m_distFavBtn);
+
+    m_frame4 = new QFrame(this);
+    m_frame4->setObjectName(QStringLiteral("Frame4"));
+    setUpper(m_frame4);
+    m_quickButtons = new QuickButtons(m_frame4, m_distFavBtn, main);
+    m_favorites = new FavoritesTree(m_tree, m_distFavBtn, main);
+    m_quickButtons->setTree(m_favorites);
+
+    m_saveBtn = new GradientButton(QStringLiteral("SaveBtn"), tr("Save"), this);
+    m_saveBtn->setToolTip(tr("Save the Web Page Button Assignments"));
+    m_orgFavBtn = new GradientButton(QStringLiteral("OrgFavBtn"), tr("Organize"), this);
+    m_orgFavBtn->setToolTip(tr("Organize your Favorites folder in the file manager"));
+    m_refreshBtn = new GradientButton(QStringLiteral("RefreshBtn"), tr("Refresh"), this);
+    m_refreshBtn->setToolTip(tr("Read the Favorites folder again"));
+    for (GradientButton* command : {m_saveBtn, m_orgFavBtn, m_refreshBtn})
+        addCommand(command);
+    connect(m_saveBtn, &GradientButton::clicked, m_quickButtons, &QuickButtons::SaveBtn_Click);
+    connect(m_refreshBtn, &GradientButton::clicked, m_favorites, &FavoritesTree::RefreshBtn_Click);
+    connect(m_orgFavBtn, &GradientButton::clicked, this,
+            [] { ShellServices::openFolder(globals().FavoritesPath); });
+}

@@ -1,0 +1,102 @@
+#include "ListsPanel.h"
+
+#include "ListsTree.h"
+#include "RunList1.h"
+#include "browser/SurfPanel.h"
+#include "browser/Vantrel1.h"
+#include "core/DialogService.h"
+#include "core/Globals.h"
+#include "core/RunError.h"
+#include "widgets/GradientButton.h"
+#include "widgets/KeyedTree.h"
+
+#include <QFrame>
+#include <QStyle>
+#include <QVBoxLayout>
+
+ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main)
+{
+    setObjectName(QStringLiteral("ListsPanel"));
+    m_frame3 = new QFrame(this);
+    m_frame3->setObjectName(QStringLiteral("Frame3"));
+    m_tree = new KeyedTree(QStringLiteral("SSTree2"), m_frame3);
+    m_tree->setToolTip(tr("Your favourite lists: drop pages on a list, double-click a page to open it"));
+    auto* layout = new QVBoxLayout(m_frame3);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_tree);
+    setUpper(m_frame3);
+    m_lists = new ListsTree(m_tree, listNames, main);
+
+    m_saveListBtn = new GradientButton(QStringLiteral("SaveListBtn"), QStringLiteral("Save"), this);
+    m_saveListBtn->setToolTip(QStringLiteral("Select Favorite Web Sites for Buttons and Lists"));
+    m_runListBtn = new GradientButton(QStringLiteral("RunListBtn"), QString(), this);
+    m_runListBtn->setIcon(style()->standardIcon(QStyle::SP_MediaPlay));
+    m_runListBtn->setToolTip(QStringLiteral("Run Favorite List"));
+    m_runListBtn->setAccessibleName(tr("Run Favorite List"));
+    m_newListBtn = new GradientButton(QStringLiteral("NewListBtn"), QString(), this);
+    m_newListBtn->setIcon(style()->standardIcon(QStyle::SP_FileDialogNewFolder));
+    m_newListBtn->setToolTip(QStringLiteral("Create New Favorite List"));
+    m_newListBtn->setAccessibleName(tr("Create New Favorite List"));
+    for (GradientButton* command : {m_saveListBtn, m_runListBtn, m_newListBtn})
+        addCommand(command);
+    connect(m_saveListBtn, &GradientButton::clicked, m_lists, &ListsTree::SaveListBtn_Click);
+    connect(m_newListBtn, &GradientButton::clicked, m_lists, &ListsTree::NewListBtn_Click);
+    connect(m_runListBtn, &GradientButton::clicked, this, &ListsPanel::RunListBtn_Click);
+
+    m_run.openPage = [main](bool multi) {
+        SurfPanel* surf = main->surf();
+        surf->RunNavigating = true;
+        main->NewBtnAction(multi);
+        surf->RunNavigating = false;
+    };
+    m_run.showComplete = [] { DialogService::message(QStringLiteral("    List Run Complete")); };
+    m_run.focusDialog = [this] { focusRunDialog(); };
+    // A looping run with all eight windows open goes back to its first page.
+    connect(main->surf(), &SurfPanel::runPositionResetRequested, this, [this] { m_run.restart(); });
+}
+
+RunList1* ListsPanel::runDialog() const
+{
+    return m_runDialog.data();
+}
+
+bool ListsPanel::BuildRunList(const QString& upperName)
+{
+    bool found = false;
+    bool overflow = false;
+    m_run.setPages(m_lists->BuildRunList(upperName, &found, &overflow));
+    // A run holds 251 pages; a longer list runs its first 251, and the user is told.
+    if (overflow)
+        DialogService::message(QStringLiteral("Error - ") +
+                               RunError(RunError::SubscriptOutOfRange).numberAndText());
+    return found;
+}
+
+void ListsPanel::focusRunDialog()
+{
+    if (!m_runDialog)
+        return;
+    m_runDialog->show();
+    m_runDialog->raise();
+    m_runDialog->activateWindow();
+}
+
+void ListsPanel::RunListBtn_Click()
+{
+    if (globals().RunListRunning)
+        m_run.stop();
+    if (globals().RunListShown && m_runDialog) {
+        focusRunDialog();
+        return;
+    }
+    if (!m_runDialog)
+        m_runDialog = new RunList1(m_main);
+    m_runDialog->Form_Load();
+    focusRunDialog();
+}
+
+void ListsPanel::unloadRunDialog()
+{
+    if (m_runDialog)
+        m_runDialog->close();
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "ListRun.h"
+#include "widgets/SharedTreeTab.h"
+
+#include <QPointer>
+
+class GradientButton;
+class KeyedTree;
+class ListsTree;
+class QComboBox;
+class QFrame;
+class RunList1;
+class Vantrel1;
+
+// The Lists tab: the lists tree SSTree2 above the shared Favorites tree panel, Save, Run and New
+// List below it; and the timed run of a list with its dialog.
+class ListsPanel : public SharedTreeTab
+{
+    Q_OBJECT
+
+public:
+    ListsPanel(QComboBox* listNames, Vantrel1* main);
+
+    KeyedTree* SSTree2() const { return m_tree; }
+    ListsTree* lists() const { return m_lists; }
+    ListRun& run() { return m_run; }
+    QFrame* Frame3() const { return m_frame3; }
+    GradientButton* SaveListBtn() const { return m_saveListBtn; }
+    GradientButton* RunListBtn() const { return m_runListBtn; }
+    GradientButton* NewListBtn() const { return m_newListBtn; }
+    // The run dialog, when it is loaded.
+    RunList1* runDialog() const;
+
+    // Collects the pages of the list `upperName` for the run; true when it has any.
+    bool BuildRunList(const QString& upperName);
+    // Stops a run in progress, then brings the run dialog forward (opening it when needed).
+    void RunListBtn_Click();
+    // Closes the run dialog (at shutdown).
+    void unloadRunDialog();
+
+private:
+    void focusRunDialog();
+
+    Vantrel1* m_main;
+    QFrame* m_frame3;
+    KeyedTree* m_tree;
+    ListsTree* m_lists;
+    ListRun m_run;
+    QPointer<RunList1> m_runDialog;
+    GradientButton* m_saveListBtn;
+    GradientButton* m_runListBtn;
+    GradientButton* m_newListBtn;
+};

@@ -1,0 +1,221 @@
+#include "ListsTree.h"
+
+#include "browser/SurfPanel.h"
+#include "browser/Vantrel1.h"
+#include "core/Globals.h"
+#include "core/ListFile.h"
+#include "favorites/FavoritesTree.h"
+#include "widgets/GradientButton.h"
+#include "widgets/KeyedTree.h"
+
+#include <QComboBox>
+
+namespace {
+const QString kNewList = QStringLiteral("New List");
+
+QString pageKey(const QString& url, const QString& listName)
+{
+    return url + u'/' + listName;
+}
+} // namespace
+
+ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Vantrel1* main)
+    : QObject(tree), m_tree(tree), m_listNames(listNames), m_main(main)
+{
+    tree->setLabelEditEnabled(true);
+    connect(tree, &KeyedTree::controlDropped, this, &ListsTree::controlDropped);
+    connect(tree, &KeyedTree::textDropped, this, &ListsTree::textDropped);
+    connect(tree, &KeyedTree::mousePressed, this, &ListsTree::mousePressed);
+    connect(tree, &KeyedTree::nodeDoubleClicked, this, &ListsTree::nodeDoubleClicked);
+    connect(tree, &KeyedTree::labelEdited, this, &ListsTree::labelEdited);
+}
+
+void ListsTree::LoadListTree()
+{
+    const Globals& g = globals();
+    m_tree->clearNodes();
+    m_listNames->clear();
+    const int count = std::clamp(g.ListCount, 0, kListCapacity);
+    for (int i = 0; i < count; ++i) {
+        const QString& name = g.ListName[i];
+        if (g.ListUrl[i].trimmed().isEmpty()) {
+            if (KeyedNode* list = m_tree->addNode(QString(), name, name, KeyedTree::ClosedFolder)) {
+                list->setListTag(name);
+                m_listNames->addItem(name);
+            }
+            continue;
+        }
+        // A page whose list is missing, or that its list holds already, is skipped.
+        if (KeyedNode* page =
+                m_tree->addNode(name, pageKey(g.ListUrl[i], name), g.ListTitle[i], KeyedTree::Page)) {
+            page->setTag(g.ListUrl[i]);
+            page->setListTag(name);
+        }
+    }
+}
+
+void ListsTree::SaveListBtn_Click()
+{
+    Globals& g = globals();
+    m_listNames->clear();
+    int n = 0;
+    for (KeyedNode* node : m_tree->nodes()) {
+        if (n >= kListCapacity)
+            break; // nodes beyond the last record are dropped without a word
+        if (node->image() == KeyedTree::Page) {
+            g.ListName[n] = node->listTag();
+            g.ListTitle[n] = node->nodeText();
+            g.ListUrl[n] = node->tag();
+        } else {
+            // A list is a record with a single blank for its title and address.
+            g.ListName[n] = node->key();
+            g.ListTitle[n] = QStringLiteral(" ");
+            g.ListUrl[n] = QStringLiteral(" ");
+        }
+        ++n;
+    }
+    g.ListCount = n;
+    for (int i = 0; i < n; ++i)
+        if (g.ListUrl[i].trimmed().isEmpty())
+            m_listNames->addItem(g.ListName[i]);
+    SortLists();
+    SaveListFile(n);
+}
+
+bool ListsTree::AddListNode(const QString& name)
+{
+    KeyedNode* list = m_tree->addNode(QString(), name, name, KeyedTree::OpenFolder);
+    if (!list)
+        return false;
+    list->setListTag(name);
+    globals().ListsChanged = true;
+    return true;
+}
+
+void ListsTree::NewListBtn_Click()
+{
+    if (AddListNode(kNewList))
+        return;
+    // The counter is a 16-bit number; past its end no further name is tried.
+    for (int counter = 2; counter <= 32767; ++counter)
+        if (AddListNode(kNewList + u'_' + QString::number(counter)))
+            return;
+}
+
+bool ListsTree::AddPageNode(const QString& listName)
+{
+    const Globals& g = globals();
+    KeyedNode* page =
+        m_tree->addNode(listName, pageKey(g.CurrentUrl, listName), g.CurrentTitle, KeyedTree::Page);
+    if (!page)
+        return false;
+    page->setTag(g.CurrentUrl);
+    page->setListTag(listName);
+    return true;
+}
+
+bool ListsTree::AddPageToList()
+{
+    if (!AddPageNode(DropNodeKey))
+        return false; // already in that list: nothing happens, nothing is said
+    globals().ListsChanged = true;
+    m_main->surf()->RowDragToList = false;
+    return true;
+}
+
+void ListsTree::dropOn(const QPoint& pos)
+{
+    KeyedNode* target = m_tree->nodeAtPoint(pos);
+    DropNodeKey = target ? target->listTag() : QString();
+    if (DropNodeKey.isEmpty())
+        return; // dropped beside the lists
+    AddPageToList();
+}
+
+void ListsTree::controlDropped(const QString& sourceTag, const QPoint& pos)
+{
+    // A window row's list button, a favourite or a history entry: each set CurrentUrl and
+    // CurrentTitle when its drag began.
+    if (sourceTag != u"AddListBtn" && sourceTag != u"SSTree1" && sourceTag != u"SSTree3")
+        return;
+    dropOn(pos);
+}
+
+void ListsTree::textDropped(const QString& text, const QPoint& pos)
+{
+    if (text.left(4).toLower() != u"http")
+        return;
+    // The page comes from the current browser window's row.
+    Globals& g = globals();
+    if (g.WindowIndex < 1 || g.WindowIndex > kWindowSlots)
+        return;
+    const GradientButton* row = m_main->surf()->Button(g.WindowIndex - 1);
+    if (row->tag().trimmed().isEmpty())
+        return;
+    g.CurrentUrl = row->tag();
+    g.CurrentTitle = row->text();
+    dropOn(pos);
+}
+
+void ListsTree::mousePressed()
+{
+    // A drag begun in the Favorites or the history tree ends here, so that it drops on the lists.
+    m_main->favorites()->endDrag();
+    m_main->surf()->RowDragToFavorites = false;
+    m_main->surf()->RowDragToList = false;
+}
+
+void ListsTree::nodeDoubleClicked(KeyedNode* node)
+{
+    if (!node || node->isFolder())
+        return;
+    Globals& g = globals();
+    g.CurrentUrl = node->tag();
+    m_main->NewBtnAction(g.NewWindowMode);
+}
+
+void ListsTree::labelEdited(KeyedNode* node, const QString& oldText, const QString& newText)
+{
+    if (node->image() == KeyedTree::Page)
+        return; // a page keeps its key; its label is its title
+    if (!m_tree->rekey(node, newText)) {
+        node->setNodeText(oldText); // two lists cannot share a name
+        return;
+    }
+    RenameList(oldText, newText);
+    globals().ListsChanged = true;
+}
+
+void ListsTree::RenameList(const QString& oldName, const QString& newName)
+{
+    for (KeyedNode* node : m_tree->nodes()) {
+        if (node->listTag().trimmed() != oldName)
+            continue;
+        node->setListTag(newName);
+        if (node->image() == KeyedTree::Page)
+            m_tree->rekey(node, pageKey(node->tag(), newName));
+    }
+    const int index = m_listNames->findText(oldName);
+    if (index >= 0)
+        m_listNames->setItemText(index, newName);
+}
+
+QStringList ListsTree::BuildRunList(const QString& upperName, bool* found, bool* overflow) const
+{
+    QStringList urls;
+    if (overflow)
+        *overflow = false;
+    for (KeyedNode* node : m_tree->nodes()) {
+        if (node->listTag().toUpper() != upperName || node->image() != KeyedTree::Page)
+            continue;
+        if (urls.size() >= kRunCapacity) {
+            if (overflow)
+                *overflow = true; // a run holds at most 251 pages
+            break;
+        }
+        urls.append(node->tag());
+        if (found)
+            *found = true;
+    }
+    return urls;
+}

@@ -1,0 +1,153 @@
+#include "RunList1.h"
+
+#include "ListsTree.h"
+#include "browser/Vantrel1.h"
+#include "core/DialogService.h"
+#include "core/Globals.h"
+#include "widgets/GradientButton.h"
+#include "widgets/Twips.h"
+
+#include <QCheckBox>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+namespace {
+constexpr int kDefaultInterval = 2; // "2 minute"
+const QString kWindowsTip = QStringLiteral("Run List in One Internet Explorer Window instead of 8");
+const QString kOptionsTip = QStringLiteral("Set Program Window Options");
+} // namespace
+
+const QList<QPair<QString, int>>& RunList1::intervals()
+{
+    // "15 minute" carries 100: a run spaced by it waits 1000 seconds, as it always has.
+    static const QList<QPair<QString, int>> table = {
+        {"30 seconds", 3}, {"1 minute", 6},   {"2 minute", 12},   {"3 minute", 18}, {"4 minute", 24},
+        {"5 minute", 30},  {"6 minute", 36},  {"7 minute", 42},   {"8 minute", 48}, {"9 minute", 54},
+        {"10 minute", 60}, {"12 minute", 72}, {"15 minute", 100},
+    };
+    return table;
+}
+
+RunList1::RunList1(Vantrel1* main) : QWidget(main, Qt::Window), m_main(main)
+{
+    setObjectName(QStringLiteral("RunList1"));
+    setWindowTitle(QStringLiteral("Run List of Web Pages"));
+    setAttribute(Qt::WA_DeleteOnClose, false);
+
+    auto* frame = new QFrame(this);
+    frame->setObjectName(QStringLiteral("Frame1"));
+    auto* listLabel = new QLabel(QStringLiteral("Select Favorite List:"), frame);
+    listLabel->setObjectName(QStringLiteral("Label1_0"));
+    m_lists = new QComboBox(frame);
+    m_lists->setObjectName(QStringLiteral("CMBLIST"));
+    m_lists->setToolTip(QStringLiteral("Select Favorite Web Page List to Run"));
+    listLabel->setBuddy(m_lists);
+    auto* timeLabel = new QLabel(QStringLiteral("Select Time Between Pages:"), frame);
+    timeLabel->setObjectName(QStringLiteral("Label1_1"));
+    m_times = new QComboBox(frame);
+    m_times->setObjectName(QStringLiteral("CMBTIME"));
+    m_times->setToolTip(QStringLiteral("Select Time Interval between Web Pages"));
+    timeLabel->setBuddy(m_times);
+    for (const auto& [text, data] : intervals())
+        m_times->addItem(text, data);
+    m_multi = new QCheckBox(QStringLiteral("Use Multiple Internet Explorer Windows"), frame);
+    m_multi->setObjectName(QStringLiteral("CHKPAGE"));
+    m_multi->setToolTip(kWindowsTip);
+    m_loop = new QCheckBox(QStringLiteral("Run Continuous Loop"), frame);
+    m_loop->setObjectName(QStringLiteral("CHKLOOP"));
+    m_loop->setToolTip(kWindowsTip);
+    m_go = new GradientButton(QStringLiteral("GoBtn"), QStringLiteral("Go"), frame);
+    m_go->setToolTip(kOptionsTip);
+    m_cancel = new GradientButton(QStringLiteral("CancelBtn"), QStringLiteral("Cancel"), frame);
+    m_cancel->setToolTip(kOptionsTip);
+    m_help = new GradientButton(QStringLiteral("HelpBtn"), QStringLiteral("Help"), frame);
+    m_help->setToolTip(QStringLiteral("Help with Program Options"));
+    for (GradientButton* b : {m_go, m_cancel, m_help})
+        b->setMinimumHeight(26);
+
+    auto* grid = new QGridLayout(frame);
+    grid->addWidget(listLabel, 0, 0);
+    grid->addWidget(m_lists, 0, 1);
+    grid->addWidget(timeLabel, 1, 0);
+    grid->addWidget(m_times, 1, 1);
+    grid->addWidget(m_multi, 2, 0, 1, 2);
+    grid->addWidget(m_loop, 3, 0, 1, 2);
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(m_go);
+    buttons->addWidget(m_cancel);
+    buttons->addWidget(m_help);
+    grid->addLayout(buttons, 4, 0, 1, 2);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(6, 6, 6, 6);
+    layout->addWidget(frame);
+
+    connect(m_go, &GradientButton::clicked, this, &RunList1::GoBtn_Click);
+    connect(m_cancel, &GradientButton::clicked, this, &RunList1::close);
+    connect(m_help, &GradientButton::clicked, m_main, &Vantrel1::showHelp);
+}
+
+RunList1::~RunList1() = default;
+
+void RunList1::Form_Load()
+{
+    Globals& g = globals();
+    m_unloaded = false;
+    m_lists->clear();
+    const QComboBox* names = m_main->CMBLIST();
+    for (int i = 0; i < names->count(); ++i)
+        m_lists->addItem(names->itemText(i));
+    // With a single list the user picks it: nothing is chosen for them.
+    m_lists->setCurrentIndex(m_lists->count() > 1 ? 0 : -1);
+    if (m_times->count() > 1)
+        m_times->setCurrentIndex(kDefaultInterval);
+    // The dialog opens beside the main window.
+    const int left = pixelsToTwips(m_main->x()) <= 4000 ? 5000 : 1000;
+    move(twipsToPixels(left), y());
+    g.NextRunItem = 1;
+    g.RunListShown = true;
+}
+
+void RunList1::GoBtn_Click()
+{
+    Globals& g = globals();
+    if (m_lists->currentIndex() < 0) {
+        DialogService::message(QStringLiteral("Please Select a List"));
+        return;
+    }
+    if (m_times->currentIndex() < 0) {
+        DialogService::message(QStringLiteral("Please Select a Time Interval"));
+        return;
+    }
+    g.RunListMulti = m_multi->isChecked();
+    g.RunListLoop = m_loop->isChecked();
+    g.RunListRunning = true;
+    g.RunListName = m_lists->currentText();
+    g.RunInterval = m_times->currentData().toInt() * 10;
+    m_main->BuildRunList(g.RunListName.toUpper());
+    if (g.WindowIndex > 0)
+        g.NextRunItem = g.WindowIndex; // a one-window run goes on in the window used last
+}
+
+void RunList1::Form_Unload()
+{
+    if (m_unloaded)
+        return;
+    m_unloaded = true;
+    Globals& g = globals();
+    // Closing the dialog stops a run at once.
+    g.RunListLoop = false;
+    g.RunListMulti = false;
+    g.RunListRunning = false;
+    g.RunListShown = false;
+}
+
+void RunList1::closeEvent(QCloseEvent* event)
+{
+    Form_Unload();
+    event->accept();
+}

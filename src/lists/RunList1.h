@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QWidget>
+
+class GradientButton;
+class QCheckBox;
+class QComboBox;
+class QLabel;
+class Vantrel1;
+
+// The run dialog "Run List of Web Pages": choose a list, the time between pages, one window or
+// several, once or in a loop, and Go. Closing it stops a run at once.
+class RunList1 : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit RunList1(Vantrel1* main);
+    ~RunList1() override;
+
+    QComboBox* CMBLIST() const { return m_lists; }
+    QComboBox* CMBTIME() const { return m_times; }
+    QCheckBox* CHKPAGE() const { return m_multi; }
+    QCheckBox* CHKLOOP() const { return m_loop; }
+    GradientButton* GoBtn() const { return m_go; }
+    GradientButton* CancelBtn() const { return m_cancel; }
+    GradientButton* HelpBtn() const { return m_help; }
+
+    // The interval table: captions and item data (seconds / 10).
+    static const QList<QPair<QString, int>>& intervals();
+
+    void Form_Load();
+    void GoBtn_Click();
+    void Form_Unload();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    Vantrel1* m_main;
+    QComboBox* m_lists;
+    QComboBox* m_times;
+    QCheckBox* m_multi;
+    QCheckBox* m_loop;
+    GradientButton* m_go;
+    GradientButton* m_cancel;
+    GradientButton* m_help;
+    bool m_unloaded = false;
+};
