@@ -32,6 +32,8 @@ QString RunError::text() const
         return QStringLiteral("Path/File access error");
     case PathNotFound:
         return QStringLiteral("Path not found");
+    case InvalidPropertyValue:
+        return QStringLiteral("Invalid property value");
     }
     return QStringLiteral("Application-defined or object-defined error");
 }
