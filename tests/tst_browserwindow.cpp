@@ -8,8 +8,11 @@
 #include "browser/Vantrel1.h"
 #include "browser/WebBrowserWindow.h"
 #include "browser/WebForm1.h"
+#include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "lists/ListsPanel.h"
+#include "lists/ListsTree.h"
 #include "widgets/GradientButton.h"
 
 #include <QDir>
@@ -266,6 +269,45 @@ private slots:
         QVERIFY(firstSaved);
         QVERIFY(secondSaved);
         QVERIFY2(told, qPrintable(bar->text()));
+    }
+    void threePageListRunsThroughRealWindowsInOrder()
+    {
+        ManualClock clock(QDateTime(QDate(2026, 6, 1), QTime(9, 0)));
+        Clock::setInstance(&clock);
+        ListsTree* lists = m_main->listsPanel()->lists();
+        QVERIFY(lists->AddListNode("Tour"));
+        QStringList urls;
+        for (int i = 1; i <= 3; ++i) {
+            urls << pageFile(QString("tour%1.html").arg(i),
+                             QString("<title>Tour %1</title>").arg(i).toUtf8());
+            g.CurrentUrl = urls.last();
+            g.CurrentTitle = QString("Tour %1").arg(i);
+            QVERIFY(lists->AddPageNode("Tour"));
+        }
+        QStringList completed; // "slot:address" of each page that completed
+        connect(m_main->webForm(), &WebForm1::documentCompleted, this,
+                [&](const QString& slot) { completed << slot.right(1) + ":" + g.CurrentUrl; });
+        QVERIFY(m_main->BuildRunList("TOUR"));
+        g.RunListRunning = true;
+        g.RunListMulti = true;
+        g.RunInterval = 2; // a short interval for the test
+        QList<int> openedAtTick;
+        for (int tick = 0; tick < 20 && completed.size() < 3; ++tick) {
+            const int windows = g.WindowCount;
+            m_main->Timer1_Timer();
+            clock.advanceSeconds(0.6);
+            if (g.WindowCount > windows) {
+                openedAtTick << tick;
+                // Each page is let load before the clock goes on, as a person would watch it.
+                QVERIFY(waitFor([&] { return completed.size() == openedAtTick.size(); }, kLoadTimeoutMs));
+            }
+        }
+        // At once, then each after more than 2 s (four ticks of 0.6 s) counted as the run counts.
+        QCOMPARE(openedAtTick, (QList<int>{0, 4, 9}));
+        QCOMPARE(completed, (QStringList{"1:" + urls[0], "2:" + urls[1], "3:" + urls[2]}));
+        for (int slot = 1; slot <= 3; ++slot)
+            QCOMPARE(row(slot)->text(), QString("Tour %1").arg(slot));
+        Clock::setInstance(nullptr);
     }
     void addressTypedInTheWindowNavigatesIt()
     {
