@@ -7,6 +7,8 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/OptionsFile.h"
+#include "history/HistoryPanel.h"
+#include "history/HistoryTree.h"
 #include "lists/ListsPanel.h"
 #include "lists/ListsTree.h"
 #include "widgets/GradientButton.h"
@@ -169,15 +171,20 @@ private slots:
         g.CurrentUrl = "u";
         g.CurrentTitle = "t";
         QVERIFY(lists->AddPageNode("L"));
-        g.HistGroup[0] = "Internet Explorer 1";
-        g.HistoryCount = 1;
+        g.CurrentUrl = "hu";
+        g.CurrentTitle = "ht";
+        QVERIFY(m_main->historyPanel()->history()->CreateNode3("Internet Explorer 1"));
         g.BtnTitle[1] = "One";
         g.ListsChanged = g.HistoryChanged = g.ButtonsChanged = true;
         for (int i = 0; i < 3; ++i)
             DialogService::setNextAnswer(DialogService::Answer::Yes);
         m_main->Form_Unload();
         QCOMPARE(readAll(m_app->file("DefaultList.NLS")), QByteArray("L[#@!] [#@!] \r\nL[#@!]t[#@!]u\r\n"));
-        QCOMPARE(readAll(m_app->file("BrowseHistory.LST")), QByteArray("Internet Explorer 1[#@!][#@!]\r\n"));
+        QByteArray history;
+        for (int slot = 1; slot <= 8; ++slot)
+            history += "Internet Explorer " + QByteArray::number(slot) + "[#@!] [#@!] \r\n";
+        QCOMPARE(readAll(m_app->file("BrowseHistory.LST")),
+                 history + "Internet Explorer 1[#@!]ht[#@!]hu\r\n");
         QCOMPARE(readAll(m_app->file("DefaultBtns.BLS")), QByteArray("1[^^]One[||]\r\n"));
         QVERIFY(!QFile::exists(m_app->file("Options.INI"))); // not dirty: not saved
     }

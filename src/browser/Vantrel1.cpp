@@ -15,6 +15,8 @@
 #include "favorites/FavoritesPanel.h"
 #include "favorites/FavoritesTree.h"
 #include "favorites/QuickButtons.h"
+#include "history/HistoryPanel.h"
+#include "history/HistoryTree.h"
 #include "lists/ListsPanel.h"
 #include "lists/ListsTree.h"
 #include "lists/RunList1.h"
@@ -26,6 +28,7 @@
 #include <QCalendarWidget>
 #include <QCloseEvent>
 #include <QComboBox>
+#include <QFileInfo>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
@@ -88,7 +91,11 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     buildOptionsTab();
     m_favoritesPanel = new FavoritesPanel(m_frame2, this);
     m_listsPanel = new ListsPanel(m_cmbList, this);
-    for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel}, {2, m_listsPanel}}) {
+    m_historyPanel = new HistoryPanel(this);
+    // Every document a browser window completes is recorded under that window's group.
+    connect(m_webForm, &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
+    for (auto [index, panel] :
+         {std::pair<int, QWidget*>{1, m_favoritesPanel}, {2, m_listsPanel}, {3, m_historyPanel}}) {
         auto* layout = new QVBoxLayout(m_tabStrip->widget(index));
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(panel);
@@ -144,6 +151,10 @@ void Vantrel1::Form_Load()
     favorites()->RefreshBtn_Click();
     quickButtons()->LoadButtons();
     m_listsPanel->lists()->LoadListTree();
+    // The history tree is built from the records only when the history file exists.
+    m_historyPanel->history()->CreateHistoryRoots();
+    if (QFileInfo::exists(appFilePath(QString::fromLatin1(kHistoryFileName))))
+        m_historyPanel->history()->LoadHistoryTree();
     m_surf->setCalendarDate(Clock::today());
     InitFormState();
     LoadColors();
@@ -239,10 +250,9 @@ void Vantrel1::Form_Unload()
     if (g.ListsChanged &&
         DialogService::question(QStringLiteral("Do you want to save Changes to Favorite Web Page Lists?")))
         m_listsPanel->lists()->SaveListBtn_Click();
-    // Until the history tree holds the pages, the shared arrays are what there is to save.
     if (g.HistoryChanged &&
         DialogService::question(QStringLiteral("Do you want to save History of Web Page Viewing?")))
-        SaveHistoryFile(g.HistoryCount);
+        m_historyPanel->history()->SaveHistBtn_Click();
     if (g.ButtonsChanged && DialogService::question(QStringLiteral(
                                 "Do you want to save Changes to Web Page Button Assignments?")))
         quickButtons()->SaveBtn_Click();
@@ -328,7 +338,7 @@ void Vantrel1::arrangeTreeTabs()
     const int treeBottom = twipsToPixels(heightTwips() - kFrame4Height - 1500 + kFavoritesTreeTop);
     const int pageBottom = twipsToPixels(heightTwips() - kTabStripMargin);
     for (SharedTreeTab* tab :
-         {static_cast<SharedTreeTab*>(m_favoritesPanel), static_cast<SharedTreeTab*>(m_listsPanel)})
+         std::initializer_list<SharedTreeTab*>{m_favoritesPanel, m_listsPanel, m_historyPanel})
         tab->fitAround(treeTop - tabTop - 10, pageBottom - treeBottom - 12);
 }
 

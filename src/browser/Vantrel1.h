@@ -6,6 +6,7 @@ class FavoritesPanel;
 class FavoritesTree;
 class GradientButton;
 class HelpWindow;
+class HistoryPanel;
 class KeyedTree;
 class ListsPanel;
 class QComboBox;
@@ -58,6 +59,7 @@ public:
     QFrame* Frame2() const { return m_frame2; }
     FavoritesPanel* favoritesPanel() const { return m_favoritesPanel; }
     ListsPanel* listsPanel() const { return m_listsPanel; }
+    HistoryPanel* historyPanel() const { return m_historyPanel; }
     QComboBox* CMBLIST() const { return m_cmbList; }
     HelpWindow* helpWindow() const { return m_help; }
     // Short ways to the Favorites tab's parts.
@@ -97,6 +99,7 @@ private:
     QFrame* m_frame2;
     FavoritesPanel* m_favoritesPanel;
     ListsPanel* m_listsPanel;
+    HistoryPanel* m_historyPanel;
     QComboBox* m_cmbList;
     HelpWindow* m_help = nullptr;
     WebForm1* m_webForm;

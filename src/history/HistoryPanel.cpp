@@ -1,0 +1,31 @@
+#include "HistoryPanel.h"
+
+#include "HistoryTree.h"
+#include "widgets/GradientButton.h"
+#include "widgets/KeyedTree.h"
+
+#include <QFrame>
+#include <QVBoxLayout>
+
+HistoryPanel::HistoryPanel(Vantrel1* main)
+{
+    setObjectName(QStringLiteral("HistoryPanel"));
+    m_frame5 = new QFrame(this);
+    m_frame5->setObjectName(QStringLiteral("Frame5"));
+    m_tree = new KeyedTree(QStringLiteral("SSTree3"), m_frame5);
+    m_tree->setToolTip(QStringLiteral("Drag and Drop History URL's to Favorites"));
+    auto* layout = new QVBoxLayout(m_frame5);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(m_tree);
+    setUpper(m_frame5);
+    m_history = new HistoryTree(m_tree, main);
+
+    m_saveHistBtn = new GradientButton(QStringLiteral("SaveHistBtn"), QStringLiteral("Save"), this);
+    m_saveHistBtn->setToolTip(QStringLiteral("Save History"));
+    m_clearHistBtn = new GradientButton(QStringLiteral("ClearHistBtn"), QStringLiteral("Clear"), this);
+    m_clearHistBtn->setToolTip(QStringLiteral("Clear History"));
+    addCommand(m_saveHistBtn);
+    addCommand(m_clearHistBtn);
+    connect(m_saveHistBtn, &GradientButton::clicked, m_history, &HistoryTree::SaveHistBtn_Click);
+    connect(m_clearHistBtn, &GradientButton::clicked, m_history, &HistoryTree::ClearHistBtn_Click);
+}

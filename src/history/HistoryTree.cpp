@@ -1,0 +1,131 @@
+#include "HistoryTree.h"
+
+#include "browser/Vantrel1.h"
+#include "browser/WebForm1.h"
+#include "core/DialogService.h"
+#include "core/Globals.h"
+#include "core/HistoryFile.h"
+#include "widgets/ControlDrag.h"
+#include "widgets/KeyedTree.h"
+
+#include <QApplication>
+
+namespace {
+QString pageKey(const QString& url, const QString& group)
+{
+    return url + u'/' + group;
+}
+} // namespace
+
+HistoryTree::HistoryTree(KeyedTree* tree, Vantrel1* main) : QObject(tree), m_tree(tree), m_main(main)
+{
+    connect(tree, &KeyedTree::nodeDoubleClicked, this, &HistoryTree::nodeDoubleClicked);
+    connect(tree, &KeyedTree::mousePressed, this, &HistoryTree::mousePressed);
+    connect(tree, &KeyedTree::mouseMoved, this, &HistoryTree::mouseMoved);
+    connect(tree, &KeyedTree::mouseReleased, this, &HistoryTree::mouseReleased);
+}
+
+void HistoryTree::CreateHistoryRoots()
+{
+    for (int slot = 1; slot <= kWindowSlots; ++slot) {
+        const QString group = WebForm1::slotName(slot);
+        m_tree->addNode(QString(), group, group, KeyedTree::ClosedFolder);
+    }
+    globals().HistoryChanged = true;
+}
+
+bool HistoryTree::CreateNode3(const QString& group)
+{
+    Globals& g = globals();
+    KeyedNode* page = m_tree->addNode(group, pageKey(g.CurrentUrl, group), g.CurrentTitle, KeyedTree::Page);
+    if (!page)
+        return false; // shown before in this window: its first title and place stay
+    page->setTag(g.CurrentUrl);
+    page->setListTag(group);
+    g.HistoryChanged = true;
+    return true;
+}
+
+void HistoryTree::LoadHistoryTree()
+{
+    const Globals& g = globals();
+    const int count = std::clamp(g.HistoryCount, 0, kHistoryCapacity);
+    for (int i = 0; i < count; ++i) {
+        if (g.HistUrl[i].trimmed().isEmpty())
+            continue; // a group record: the group is there already
+        // A page under a group that is not one of the windows' is skipped.
+        if (KeyedNode* page = m_tree->addNode(g.HistGroup[i], pageKey(g.HistUrl[i], g.HistGroup[i]),
+                                              g.HistTitle[i], KeyedTree::Page)) {
+            page->setTag(g.HistUrl[i]);
+            page->setListTag(g.HistGroup[i]);
+        }
+    }
+}
+
+void HistoryTree::SaveHistBtn_Click()
+{
+    Globals& g = globals();
+    int n = 0;
+    for (KeyedNode* node : m_tree->nodes()) {
+        if (n >= kHistoryCapacity)
+            break; // the surplus is not kept
+        if (node->image() == KeyedTree::Page) {
+            g.HistGroup[n] = node->listTag();
+            g.HistTitle[n] = node->nodeText();
+            g.HistUrl[n] = node->tag();
+        } else {
+            g.HistGroup[n] = node->key();
+            g.HistTitle[n] = QStringLiteral(" ");
+            g.HistUrl[n] = QStringLiteral(" ");
+        }
+        ++n;
+    }
+    g.HistoryCount = n;
+    SaveHistoryFile(n);
+}
+
+void HistoryTree::ClearHistBtn_Click()
+{
+    if (!DialogService::question(
+            QStringLiteral("Are you sure you want to Clear all Web Page Viewing History")))
+        return;
+    m_tree->clearNodes();
+    CreateHistoryRoots();
+}
+
+void HistoryTree::nodeDoubleClicked(KeyedNode* node)
+{
+    m_pagePressed = false;
+    if (!node || node->isFolder())
+        return;
+    Globals& g = globals();
+    g.CurrentUrl = node->tag();
+    m_main->NewBtnAction(g.NewWindowMode);
+}
+
+void HistoryTree::mousePressed(const QPoint& pos, Qt::MouseButton)
+{
+    KeyedNode* node = m_tree->nodeAtPoint(pos);
+    m_pagePressed = node && !node->isFolder();
+    if (!m_pagePressed)
+        return;
+    Globals& g = globals();
+    g.CurrentUrl = node->tag();
+    g.CurrentTitle = node->nodeText();
+    m_pressPos = pos;
+}
+
+void HistoryTree::mouseMoved(const QPoint& pos)
+{
+    // The drag begins once the pointer leaves the pressed spot, so that clicks and double clicks
+    // stay clicks.
+    if (!m_pagePressed || (pos - m_pressPos).manhattanLength() < QApplication::startDragDistance())
+        return;
+    m_pagePressed = false;
+    ControlDrag::start(m_tree, m_tree->dragTag());
+}
+
+void HistoryTree::mouseReleased()
+{
+    m_pagePressed = false;
+}

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+
+class KeyedNode;
+class KeyedTree;
+class Vantrel1;
+
+// The history tree, SSTree3: one group per browser window ("Internet Explorer 1" .. "Internet
+// Explorer 8") and under it every page that window showed, each once (key = address + "/" +
+// group). A page opens with a double click and can be dragged to the Favorites or to a list.
+class HistoryTree : public QObject
+{
+    Q_OBJECT
+
+public:
+    HistoryTree(KeyedTree* tree, Vantrel1* main);
+
+    KeyedTree* tree() const { return m_tree; }
+
+    void CreateHistoryRoots();
+    // Adds CurrentUrl/CurrentTitle under `group`; false (and nothing changes) when that window's
+    // history holds the page already.
+    bool CreateNode3(const QString& group);
+    // Adds the pages of the history records under their groups.
+    void LoadHistoryTree();
+    void SaveHistBtn_Click();
+    void ClearHistBtn_Click();
+
+    void nodeDoubleClicked(KeyedNode* node);
+    void mousePressed(const QPoint& pos, Qt::MouseButton button);
+    void mouseMoved(const QPoint& pos);
+    void mouseReleased();
+
+private:
+    KeyedTree* m_tree;
+    Vantrel1* m_main;
+    QPoint m_pressPos;
+    bool m_pagePressed = false;
+};
