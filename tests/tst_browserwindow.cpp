@@ -11,9 +11,14 @@
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "core/HistoryFile.h"
+#include "core/ListFile.h"
+#include "history/HistoryPanel.h"
+#include "history/HistoryTree.h"
 #include "lists/ListsPanel.h"
 #include "lists/ListsTree.h"
 #include "widgets/GradientButton.h"
+#include "widgets/KeyedTree.h"
 
 #include <QDir>
 #include <QLabel>
@@ -308,6 +313,41 @@ private slots:
         for (int slot = 1; slot <= 3; ++slot)
             QCOMPARE(row(slot)->text(), QString("Tour %1").arg(slot));
         Clock::setInstance(nullptr);
+    }
+    void pagesAndTheirFramesAreRecordedUnderTheirWindowsAndComeBackAfterARestart()
+    {
+        openAndWait(m_server.url("/titled.html"));
+        openAndWait(m_server.url("/frames.html"), 4);
+        KeyedTree* tree = m_main->historyPanel()->SSTree3();
+        QStringList pages;
+        for (KeyedNode* node : tree->nodes())
+            if (!node->isFolder())
+                pages << node->key();
+        QCOMPARE(pages.first(), m_server.url("/titled.html") + "/Internet Explorer 1");
+        QCOMPARE(tree->node(m_server.url("/titled.html") + "/Internet Explorer 1")->nodeText(),
+                 QStringLiteral("Served Title"));
+        QCOMPARE(tree->node("Internet Explorer 2")->childCount(), 4); // three frames and their page
+        QVERIFY(tree->node(m_server.url("/f2.html") + "/Internet Explorer 2"));
+        QVERIFY(tree->node(m_server.url("/frames.html") + "/Internet Explorer 2"));
+        QStringList before;
+        for (KeyedNode* node : tree->nodes())
+            before << node->key() + "|" + node->nodeText();
+        m_main->historyPanel()->history()->SaveHistBtn_Click();
+        m_main->Form_Unload();
+        m_main.reset();
+
+        // The program starts again in the same folder.
+        const QString folder = g.AppPath;
+        resetGlobals();
+        g.AppPath = folder;
+        LoadListFile(folder + "/DefaultList.NLS");
+        LoadHistoryFile(folder + "/BrowseHistory.LST");
+        m_main = std::make_unique<Vantrel1>();
+        m_main->Form_Load();
+        QStringList after;
+        for (KeyedNode* node : m_main->historyPanel()->SSTree3()->nodes())
+            after << node->key() + "|" + node->nodeText();
+        QCOMPARE(after, before);
     }
     void addressTypedInTheWindowNavigatesIt()
     {
