@@ -107,9 +107,32 @@ QCalendarWidget* SurfPanel::Calendar1()
         m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
         if (m_calendarDate.isValid())
             m_calendar->setSelectedDate(m_calendarDate);
+        paintCalendar();
         m_frame7->layout()->addWidget(m_calendar);
     }
     return m_calendar;
+}
+
+void SurfPanel::setCalendarColors(const QColor& back, const QColor& text)
+{
+    m_calendarBack = back;
+    m_calendarText = text;
+    if (m_calendar)
+        paintCalendar();
+}
+
+void SurfPanel::paintCalendar()
+{
+    // The month, its title and the days take the list colours.
+    QPalette palette = m_calendar->palette();
+    for (QPalette::ColorRole role :
+         {QPalette::Base, QPalette::AlternateBase, QPalette::Window, QPalette::Button})
+        if (m_calendarBack.isValid())
+            palette.setColor(role, m_calendarBack);
+    for (QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        if (m_calendarText.isValid())
+            palette.setColor(role, m_calendarText);
+    m_calendar->setPalette(palette);
 }
 
 void SurfPanel::setCalendarDate(const QDate& date)

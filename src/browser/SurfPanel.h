@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QDate>
 #include <QFrame>
 
@@ -37,6 +38,8 @@ public:
     QCalendarWidget* Calendar1();
     // The day the calendar shows (set to today when the main window loads).
     void setCalendarDate(const QDate& date);
+    // The calendar's background and text colours (now, or when it is made).
+    void setCalendarColors(const QColor& back, const QColor& text);
     QFrame* Frame8() const { return m_frame8; }
 
     // Opens CurrentUrl in a new browser window or in the current one.
@@ -99,6 +102,9 @@ private:
     QGroupBox* m_frame7;
     QCalendarWidget* m_calendar = nullptr;
     QDate m_calendarDate;
+    QColor m_calendarBack;
+    QColor m_calendarText;
+    void paintCalendar();
     QFrame* m_frame8;
     int m_formWidthTwips = 4700;
     int m_rowHeightTwips = 750;

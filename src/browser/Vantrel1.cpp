@@ -2,7 +2,9 @@
 
 #include "SurfPanel.h"
 #include "WebForm1.h"
+#include "about/About1.h"
 #include "about/HelpWindow.h"
+#include "browser/OptionsPanel.h"
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
 #include "core/ColorsFile.h"
@@ -26,6 +28,7 @@
 #include "widgets/Twips.h"
 
 #include <QCalendarWidget>
+#include <QCheckBox>
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QFileInfo>
@@ -88,9 +91,9 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
 
     m_webForm = new WebForm1(m_surf, this);
     m_surf->setPool(m_webForm);
-    buildOptionsTab();
+    m_options = new OptionsPanel(this);
     m_favoritesPanel = new FavoritesPanel(m_frame2, this);
-    m_listsPanel = new ListsPanel(m_cmbList, this);
+    m_listsPanel = new ListsPanel(m_options->CMBLIST(), this);
     m_historyPanel = new HistoryPanel(this);
     // Every document a browser window completes is recorded under that window's group.
     connect(m_webForm, &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
@@ -158,8 +161,9 @@ void Vantrel1::Form_Load()
     m_surf->setCalendarDate(Clock::today());
     InitFormState();
     LoadColors();
+    m_options->ShowColorControls();
     LoadOptions();
-    ShowOptionControls();
+    m_options->ShowOptionControls();
 
     // Keep the window on the screen; a negative place jumps to 800, not to 0, as it always has.
     if (g.MainLeft > 8800)
@@ -175,7 +179,7 @@ void Vantrel1::Form_Load()
     move(twipsToPixels(g.MainLeft), twipsToPixels(g.MainTop));
     placeFavoritesTree();
     m_helpFile = appFilePath(QStringLiteral("Help/Vantrel.Hlp"));
-    m_surf->setAllRowsNormal();
+    ApplyColors();
     m_timer->start();
     Form_Resize();
     // The window opens on its first tab, which shows exactly what that tab's rule says.
@@ -193,6 +197,7 @@ void Vantrel1::Form_GotFocus()
         g.CurrentUrl = g.StartUrl;
         NewBtnAction(g.NewWindowMode);
         g.OptStartList = false; // the start-up address wins over the start-up list
+        m_options->CHKLIST()->setChecked(false);
     }
     if (g.OptStartList)
         StartStartupList();
@@ -202,8 +207,8 @@ void Vantrel1::Form_GotFocus()
 void Vantrel1::StartStartupList()
 {
     Globals& g = globals();
-    if (m_cmbList->currentIndex() >= 0)
-        g.RunListName = m_cmbList->currentText();
+    if (CMBLIST()->currentIndex() >= 0)
+        g.RunListName = CMBLIST()->currentText();
     if (!BuildRunList(g.RunListName.toUpper()))
         return;
     g.RunListRunning = true;
@@ -213,15 +218,33 @@ void Vantrel1::StartStartupList()
 
 void Vantrel1::ShowOptionControls()
 {
-    const Globals& g = globals();
-    if (m_cmbList->count() > 0 && g.StartListIndex >= 0) {
-        if (g.StartListIndex >= m_cmbList->count()) {
-            DialogService::message(QStringLiteral("Error - ") +
-                                   RunError(RunError::InvalidPropertyValue).numberAndText());
-            return;
-        }
-        m_cmbList->setCurrentIndex(g.StartListIndex);
+    m_options->ShowOptionControls();
+}
+
+QComboBox* Vantrel1::CMBLIST() const
+{
+    return m_options->CMBLIST();
+}
+
+void Vantrel1::AboutBtn_Click()
+{
+    if (!m_about) {
+        m_about = new About1(this);
+        connect(m_about, &QObject::destroyed, this, [this] { m_about = nullptr; });
     }
+    if (!globals().AboutShown)
+        m_about->Form_Load();
+    m_about->show();
+    m_about->raise();
+    m_about->activateWindow();
+}
+
+void Vantrel1::changeEvent(QEvent* event)
+{
+    // Desktop colours follow a change of the theme.
+    if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange)
+        ApplyColors();
+    QWidget::changeEvent(event);
 }
 
 bool Vantrel1::BuildRunList(const QString& upperName)
@@ -258,6 +281,8 @@ void Vantrel1::Form_Unload()
         quickButtons()->SaveBtn_Click();
     if (OptionsDirty)
         SaveOptions();
+    if (g.AboutShown && m_about)
+        m_about->close();
     if (m_help)
         m_help->close();
     emit unloaded();
@@ -318,16 +343,6 @@ void Vantrel1::Form_Resize()
     if (m_frame2->isVisible())
         placeFavoritesTree();
     arrangeTreeTabs();
-}
-
-void Vantrel1::buildOptionsTab()
-{
-    QWidget* page = m_tabStrip->widget(4);
-    m_cmbList = new QComboBox(page);
-    m_cmbList->setObjectName(QStringLiteral("CMBLIST"));
-    m_cmbList->setToolTip(QStringLiteral("Select Favorite List to run at Startup."));
-    auto* form = new QFormLayout(page);
-    form->addRow(QStringLiteral("StartUp List:"), m_cmbList);
 }
 
 void Vantrel1::arrangeTreeTabs()

@@ -2,7 +2,9 @@
 
 #include <QWidget>
 
+class About1;
 class FavoritesPanel;
+class OptionsPanel;
 class FavoritesTree;
 class GradientButton;
 class HelpWindow;
@@ -46,6 +48,10 @@ public:
     bool BuildRunList(const QString& upperName);
     // Shows the help (also F1).
     void showHelp();
+    // Opens the about box, or brings the open one forward.
+    void AboutBtn_Click();
+    // Paints every control with the window colours, the bold option and the text style.
+    void ApplyColors();
 
     // Tab change and resize rules; the window's placement into the options.
     void TabStrip1_Click();
@@ -60,7 +66,9 @@ public:
     FavoritesPanel* favoritesPanel() const { return m_favoritesPanel; }
     ListsPanel* listsPanel() const { return m_listsPanel; }
     HistoryPanel* historyPanel() const { return m_historyPanel; }
-    QComboBox* CMBLIST() const { return m_cmbList; }
+    QComboBox* CMBLIST() const;
+    OptionsPanel* optionsPanel() const { return m_options; }
+    About1* aboutBox() const { return m_about; }
     HelpWindow* helpWindow() const { return m_help; }
     // Short ways to the Favorites tab's parts.
     KeyedTree* SSTree1() const;
@@ -83,6 +91,7 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     void InitFormState();
@@ -90,7 +99,6 @@ private:
     void placeFavoritesTree();
     int widthTwips() const;
     int heightTwips() const;
-    void buildOptionsTab();
     // Fits the tabs that show the shared tree panel around it.
     void arrangeTreeTabs();
 
@@ -100,7 +108,8 @@ private:
     FavoritesPanel* m_favoritesPanel;
     ListsPanel* m_listsPanel;
     HistoryPanel* m_historyPanel;
-    QComboBox* m_cmbList;
+    OptionsPanel* m_options;
+    About1* m_about = nullptr;
     HelpWindow* m_help = nullptr;
     WebForm1* m_webForm;
     QTimer* m_timer;

@@ -1,6 +1,7 @@
 #include "RunList1.h"
 
 #include "ListsTree.h"
+#include "browser/ApplyColors.h"
 #include "browser/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -150,4 +151,11 @@ void RunList1::closeEvent(QCloseEvent* event)
 {
     Form_Unload();
     event->accept();
+}
+
+void RunList1::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        applyDialogColors(this);
+    QWidget::changeEvent(event);
 }

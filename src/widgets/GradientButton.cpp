@@ -108,9 +108,14 @@ void GradientButton::paintEvent(QPaintEvent*)
         icon().paint(&p, iconRect, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
         textRect.setLeft(iconRect.right() + 4);
     }
-    p.setPen(isEnabled() ? resolvedTextColor() : palette().color(QPalette::Disabled, QPalette::ButtonText));
     p.setFont(font());
     const QString caption = fontMetrics().elidedText(text(), Qt::ElideRight, textRect.width());
+    const QPoint offset = lightCopyOffset(m_textStyle);
+    if (!offset.isNull() && isEnabled()) {
+        p.setPen(palette().color(QPalette::Light));
+        p.drawText(textRect.translated(offset), Qt::AlignCenter | Qt::TextSingleLine, caption);
+    }
+    p.setPen(isEnabled() ? resolvedTextColor() : palette().color(QPalette::Disabled, QPalette::ButtonText));
     p.drawText(textRect, Qt::AlignCenter | Qt::TextSingleLine, caption);
 
     if (hasFocus()) {
@@ -118,6 +123,28 @@ void GradientButton::paintEvent(QPaintEvent*)
         focus.initFrom(this);
         focus.rect = r.adjusted(2, 2, -2, -2);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
+    }
+}
+
+void GradientButton::setTextStyle(int style)
+{
+    m_textStyle = (style >= Flat && style <= LoweredHeavy) ? style : Flat;
+    update();
+}
+
+QPoint GradientButton::lightCopyOffset(int style)
+{
+    switch (style) {
+    case RaisedLight:
+        return {-1, -1};
+    case LoweredLight:
+        return {1, 1};
+    case RaisedHeavy:
+        return {-2, -2};
+    case LoweredHeavy:
+        return {2, 2};
+    default:
+        return {0, 0};
     }
 }
 

@@ -36,6 +36,15 @@ public:
     void setEndColor(int32_t color);
     void setColors(int32_t back, int32_t text, int32_t end);
 
+    // The text style: 0 flat, 1 raised light, 2 lowered light, 3 raised heavy, 4 lowered heavy. A
+    // styled caption is drawn twice: a light copy 1 (light) or 2 (heavy) pixels up and to the left
+    // (raised) or down and to the right (lowered), and the caption in its colour on top.
+    enum TextStyle { Flat = 0, RaisedLight, LoweredLight, RaisedHeavy, LoweredHeavy };
+    void setTextStyle(int style);
+    int textStyle() const { return m_textStyle; }
+    // The offset of the light copy for a style (0, 0 for flat).
+    static QPoint lightCopyOffset(int style);
+
     // Drags of the program's controls may be dropped on the button; controlDropped() tells.
     void setAcceptsControlDrops(bool on);
 
@@ -59,4 +68,5 @@ private:
     int32_t m_backColor = int32_t(0x8000000F); // button face
     int32_t m_textColor = int32_t(0x80000012); // button text
     int32_t m_endColor = int32_t(0x8000000F);
+    int m_textStyle = Flat;
 };

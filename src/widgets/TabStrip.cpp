@@ -1,5 +1,6 @@
 #include "TabStrip.h"
 
+#include <QColor>
 #include <QTabBar>
 
 namespace {
@@ -12,8 +13,20 @@ public:
         setUsesScrollButtons(false);
         setElideMode(Qt::ElideRight);
         setExpanding(true);
+        setTabColors(QColor(), QColor());
+    }
+
+    void setTabColors(const QColor& back, const QColor& text)
+    {
         // Narrow side padding: five captions fit the program's narrow default window.
-        setStyleSheet(QStringLiteral("QTabBar::tab { padding: 4px 1px; min-width: 0px; }"));
+        QString sheet = QStringLiteral("QTabBar::tab { padding: 4px 1px; min-width: 0px;");
+        if (back.isValid())
+            sheet += QStringLiteral(" background: %1; border: 1px solid palette(mid); margin-right: 1px;")
+                         .arg(back.name());
+        if (text.isValid())
+            sheet += QStringLiteral(" color: %1;").arg(text.name());
+        sheet += QStringLiteral(" } QTabBar::tab:selected { font-weight: bold; }");
+        setStyleSheet(sheet);
     }
 
 protected:
@@ -37,4 +50,9 @@ protected:
 TabStrip::TabStrip(QWidget* parent) : QTabWidget(parent)
 {
     setTabBar(new EvenTabBar(this));
+}
+
+void TabStrip::setTabColors(const QColor& back, const QColor& text)
+{
+    static_cast<EvenTabBar*>(tabBar())->setTabColors(back, text);
 }

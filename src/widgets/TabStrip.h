@@ -10,4 +10,7 @@ class TabStrip : public QTabWidget
 
 public:
     explicit TabStrip(QWidget* parent = nullptr);
+
+    // The tabs' background and caption colours; an invalid colour leaves the theme's.
+    void setTabColors(const QColor& back, const QColor& text);
 };

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QWidget>
+
+#include <array>
+
+class ColorSwatch;
+class GradientButton;
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+class QLineEdit;
+class QRadioButton;
+class Vantrel1;
+
+// The Options tab: the start-up address and list, the new-window address, the start-up and window
+// choices, the text style, the ten window colours, and Apply, which saves and applies them all.
+class OptionsPanel : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit OptionsPanel(Vantrel1* main);
+
+    QComboBox* CMBLIST() const { return m_cmbList; }
+    QLineEdit* Text2(int i) const { return m_text2.at(size_t(i)); }
+    ColorSwatch* Text1(int i) const { return m_text1.at(size_t(i)); }
+    QRadioButton* RDTYPE(int i) const { return m_rdType.at(size_t(i)); }
+    QCheckBox* CHKSTARTURL() const { return m_chkStartUrl; }
+    QCheckBox* CHKLIST() const { return m_chkList; }
+    QCheckBox* CHKTHEATER() const { return m_chkTheater; }
+    QCheckBox* CHKTOP() const { return m_chkTop; }
+    QCheckBox* CHKBOLD() const { return m_chkBold; }
+    GradientButton* WinOptnBtn() const { return m_apply; }
+    GradientButton* HelpBtn() const { return m_help; }
+    GradientButton* AboutBtn() const { return m_about; }
+
+    // Option values into the controls, and back.
+    void ShowOptionControls();
+    void ReadOptionControls();
+    // Colour values into the swatches, and back.
+    void ShowColorControls();
+    void ReadColorControls();
+    // Apply: colours read and saved, options read and saved, everything painted anew.
+    void WinOptnBtn_Click();
+
+private:
+    Vantrel1* m_main;
+    QGroupBox* m_frame;
+    QComboBox* m_cmbList;
+    std::array<QLineEdit*, 2> m_text2{};
+    std::array<ColorSwatch*, 10> m_text1{};
+    std::array<QRadioButton*, 5> m_rdType{};
+    QCheckBox* m_chkStartUrl;
+    QCheckBox* m_chkList;
+    QCheckBox* m_chkTheater;
+    QCheckBox* m_chkTop;
+    QCheckBox* m_chkBold;
+    GradientButton* m_apply;
+    GradientButton* m_help;
+    GradientButton* m_about;
+};

@@ -1,0 +1,49 @@
+#include "ColorSwatch.h"
+
+#include "core/DialogService.h"
+#include "core/StoredColor.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+
+ColorSwatch::ColorSwatch(const QString& name, const QString& toolTip, QWidget* parent) : QLineEdit(parent)
+{
+    setObjectName(name);
+    setToolTip(toolTip);
+    setAccessibleName(toolTip.simplified());
+    setReadOnly(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setMinimumHeight(20);
+}
+
+void ColorSwatch::setValue(int32_t value)
+{
+    m_value = value;
+    update();
+}
+
+void ColorSwatch::mouseDoubleClickEvent(QMouseEvent*)
+{
+    const QColor shown = StoredColor::resolve(m_value, palette());
+    if (const auto chosen = DialogService::chooseColor(shown.isValid() ? shown : QColor(Qt::white)))
+        setValue(StoredColor::fromColor(*chosen));
+}
+
+void ColorSwatch::keyPressEvent(QKeyEvent* event)
+{
+    // Keys choose nothing here; Enter and Space open the dialog, as a double click does.
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space) {
+        mouseDoubleClickEvent(nullptr);
+        return;
+    }
+    event->ignore();
+}
+
+void ColorSwatch::paintEvent(QPaintEvent*)
+{
+    QPainter p(this);
+    const QColor shown = StoredColor::resolve(m_value, palette());
+    p.fillRect(rect(), shown.isValid() ? shown : palette().color(QPalette::Base));
+    p.setPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
+    p.drawRect(rect().adjusted(0, 0, -1, -1));
+}
