@@ -13,6 +13,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -37,6 +38,10 @@ constexpr SwatchRow kSwatchRows[] = {
     {"Select List Colors:", {2, 6, -1}},
     {"Select Button Colors:", {3, 7, 9}},
 };
+
+// The swatch of each colour, in the order of the colours file: window back, text, end; tab back,
+// text; list back, text; button back, text, end.
+constexpr size_t kSwatchOfColor[10] = {0, 4, 8, 1, 5, 2, 6, 3, 7, 9};
 
 const char* const kSwatchTips[10] = {
     "Set  Window Background Color",
@@ -76,41 +81,39 @@ OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
     setObjectName(QStringLiteral("OptionsPanel"));
     m_frame = new QGroupBox(QStringLiteral(" Program Options "));
     m_frame->setObjectName(QStringLiteral("Frame6"));
-    auto* grid = new QGridLayout(m_frame);
-    grid->setVerticalSpacing(3);
-    int row = 0;
+    auto* column = new QVBoxLayout(m_frame);
+    column->setSpacing(3);
 
+    // The addresses each under their label: the window is narrow.
     const char* addressLabels[2] = {"StartUp URL:", "New Explorer URL:"};
-    const char* addressTips[2] = {"URL to load when starting Vantrel",
-                                  "URL to load when clicking New Explorer Button"};
+    const char* addressTips[2] = {"URL to load when starting Vantrel", "URL to load when clicking New Explorer Button"};
     for (int i = 0; i < 2; ++i) {
         m_text2[size_t(i)] = new QLineEdit(m_frame);
         m_text2[size_t(i)]->setObjectName(QStringLiteral("Text2_%1").arg(i));
         m_text2[size_t(i)]->setToolTip(QString::fromLatin1(addressTips[i]));
         auto* label = new QLabel(QString::fromLatin1(addressLabels[i]), m_frame);
         label->setBuddy(m_text2[size_t(i)]);
-        grid->addWidget(label, row, 0);
-        grid->addWidget(m_text2[size_t(i)], row++, 1, 1, 3);
+        column->addWidget(label);
+        column->addWidget(m_text2[size_t(i)]);
     }
     m_cmbList = new QComboBox(m_frame);
     m_cmbList->setObjectName(QStringLiteral("CMBLIST"));
     m_cmbList->setToolTip(QStringLiteral("Select Favorite List to run at Startup."));
     auto* listLabel = new QLabel(QStringLiteral("StartUp List:"), m_frame);
     listLabel->setBuddy(m_cmbList);
-    grid->addWidget(listLabel, row, 0);
-    grid->addWidget(m_cmbList, row++, 1, 1, 3);
+    auto* listRow = new QHBoxLayout;
+    listRow->addWidget(listLabel);
+    listRow->addWidget(m_cmbList, 1);
+    column->addLayout(listRow);
 
-    m_chkStartUrl = checkBox("CHKSTARTURL", "Use StartUp URL",
-                             QStringLiteral("Use Startup URL instead of List"), m_frame);
+    m_chkStartUrl = checkBox("CHKSTARTURL", "Use StartUp URL", QStringLiteral("Use Startup URL instead of List"), m_frame);
     m_chkList = checkBox("CHKLIST", "Use StartUp List", kStartUpListTip, m_frame);
     // The theater and on-top boxes share the start-up list's tool tip; it has always been so.
-    m_chkTheater =
-        checkBox("CHKTHEATER", "Display Internet Explorer in Theater View", kStartUpListTip, m_frame);
+    m_chkTheater = checkBox("CHKTHEATER", "Display Internet Explorer in Theater View", kStartUpListTip, m_frame);
     m_chkTop = checkBox("CHKTOP", "Keep Vantrel Window on Top of Screen", kStartUpListTip, m_frame);
-    m_chkBold =
-        checkBox("CHKBOLD", "Use Bold Text Type", QStringLiteral("Use Bold Text where available"), m_frame);
+    m_chkBold = checkBox("CHKBOLD", "Use Bold Text Type", QStringLiteral("Use Bold Text where available"), m_frame);
     for (QCheckBox* box : {m_chkStartUrl, m_chkList, m_chkTheater, m_chkTop, m_chkBold})
-        grid->addWidget(box, row++, 0, 1, 4);
+        column->addWidget(box);
 
     auto* fontFrame = new QGroupBox(QStringLiteral(" Font Type "), m_frame);
     fontFrame->setObjectName(QStringLiteral("SSFrame1"));
@@ -121,23 +124,32 @@ OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
         button->setObjectName(QStringLiteral("RDTYPE_%1").arg(i));
         button->setToolTip(QString::fromLatin1(kStyleTips[i]));
         m_rdType[size_t(i)] = button;
-        fontGrid->addWidget(button, i / 2, i % 2);
+        // Flat alone, then the raised and the lowered styles side by side.
+        fontGrid->addWidget(button, (i + 1) / 2, i == 0 ? 0 : (i + 1) % 2);
     }
-    grid->addWidget(fontFrame, row++, 0, 1, 4);
+    column->addWidget(fontFrame);
 
     auto* heading = new QLabel(QStringLiteral("Back Start / Text / End Color"), m_frame);
     heading->setObjectName(QStringLiteral("Label1"));
-    grid->addWidget(heading, row++, 1, 1, 3, Qt::AlignHCenter);
-    for (int i = 0; i < 10; ++i)
-        m_text1[size_t(i)] =
-            new ColorSwatch(QStringLiteral("Text1_%1").arg(i), QString::fromLatin1(kSwatchTips[i]), m_frame);
+    heading->setAlignment(Qt::AlignRight);
+    column->addWidget(heading);
+    auto* grid = new QGridLayout;
+    grid->setHorizontalSpacing(4);
+    grid->setVerticalSpacing(3);
+    for (int i = 0; i < 10; ++i) {
+        m_text1[size_t(i)] = new ColorSwatch(QStringLiteral("Text1_%1").arg(i), QString::fromLatin1(kSwatchTips[i]), m_frame);
+        m_text1[size_t(i)]->setFixedWidth(34);
+    }
+    int row = 0;
     for (const SwatchRow& swatchRow : kSwatchRows) {
         grid->addWidget(new QLabel(QString::fromLatin1(swatchRow.label), m_frame), row, 0);
-        for (int column = 0; column < 3; ++column)
-            if (swatchRow.swatches[column] >= 0)
-                grid->addWidget(m_text1[size_t(swatchRow.swatches[column])], row, 1 + column);
+        for (int c = 0; c < 3; ++c)
+            if (swatchRow.swatches[c] >= 0)
+                grid->addWidget(m_text1[size_t(swatchRow.swatches[c])], row, 1 + c);
         ++row;
     }
+    grid->setColumnStretch(0, 1);
+    column->addLayout(grid);
 
     m_apply = new GradientButton(QStringLiteral("WinOptnBtn"), QStringLiteral("Apply"), m_frame);
     m_apply->setToolTip(QStringLiteral("Set Program Window Options"));
@@ -145,20 +157,21 @@ OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
     m_help->setToolTip(QStringLiteral("Help with Program Options"));
     m_about = new GradientButton(QStringLiteral("AboutBtn"), QStringLiteral("About"), m_frame);
     m_about->setToolTip(QStringLiteral("About Vantrel"));
-    int column = 1;
+    auto* buttons = new QHBoxLayout;
     for (GradientButton* button : {m_apply, m_help, m_about}) {
         button->setMinimumHeight(24);
-        grid->addWidget(button, row, column++);
+        buttons->addWidget(button);
     }
-    grid->setColumnStretch(0, 2);
-    for (int c = 1; c <= 3; ++c)
-        grid->setColumnStretch(c, 1);
+    column->addSpacing(4);
+    column->addLayout(buttons);
+    column->addStretch(1);
 
     // The tab may be shorter than its options: then it scrolls.
     auto* scroll = new QScrollArea(this);
     scroll->setWidget(m_frame);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
@@ -222,14 +235,14 @@ void OptionsPanel::ShowColorControls()
 {
     const auto colors = globals().colors();
     for (size_t i = 0; i < colors.size(); ++i)
-        m_text1[i]->setValue(*colors[i]);
+        m_text1[kSwatchOfColor[i]]->setValue(*colors[i]);
 }
 
 void OptionsPanel::ReadColorControls()
 {
     const auto colors = globals().colors();
     for (size_t i = 0; i < colors.size(); ++i)
-        *colors[i] = m_text1[i]->value();
+        *colors[i] = m_text1[kSwatchOfColor[i]]->value();
 }
 
 void OptionsPanel::WinOptnBtn_Click()

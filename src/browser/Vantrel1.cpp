@@ -98,7 +98,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     // Every document a browser window completes is recorded under that window's group.
     connect(m_webForm, &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
     for (auto [index, panel] :
-         {std::pair<int, QWidget*>{1, m_favoritesPanel}, {2, m_listsPanel}, {3, m_historyPanel}}) {
+         {std::pair<int, QWidget*>{1, m_favoritesPanel}, {2, m_listsPanel}, {3, m_historyPanel}, {4, m_options}}) {
         auto* layout = new QVBoxLayout(m_tabStrip->widget(index));
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(panel);
