@@ -27,6 +27,7 @@
 #include "widgets/TabStrip.h"
 #include "widgets/Twips.h"
 
+#include <QApplication>
 #include <QCalendarWidget>
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -97,12 +98,15 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     m_historyPanel = new HistoryPanel(this);
     // Every document a browser window completes is recorded under that window's group.
     connect(m_webForm, &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
-    for (auto [index, panel] :
-         {std::pair<int, QWidget*>{1, m_favoritesPanel}, {2, m_listsPanel}, {3, m_historyPanel}, {4, m_options}}) {
+    for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
+                                {2, m_listsPanel},
+                                {3, m_historyPanel},
+                                {4, m_options}}) {
         auto* layout = new QVBoxLayout(m_tabStrip->widget(index));
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(panel);
     }
+    qApp->installEventFilter(this);
     auto* help = new QShortcut(QKeySequence::HelpContents, this);
     connect(help, &QShortcut::activated, this, &Vantrel1::showHelp);
     connect(m_webForm, &WebForm1::newWindowRequested, this, [this](const QString& url) {
@@ -239,12 +243,12 @@ void Vantrel1::AboutBtn_Click()
     m_about->activateWindow();
 }
 
-void Vantrel1::changeEvent(QEvent* event)
+bool Vantrel1::eventFilter(QObject* watched, QEvent* event)
 {
     // Desktop colours follow a change of the theme.
-    if (event->type() == QEvent::ApplicationPaletteChange || event->type() == QEvent::ThemeChange)
+    if (watched == qApp && event->type() == QEvent::ApplicationPaletteChange)
         ApplyColors();
-    QWidget::changeEvent(event);
+    return QWidget::eventFilter(watched, event);
 }
 
 bool Vantrel1::BuildRunList(const QString& upperName)
