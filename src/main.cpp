@@ -4,13 +4,19 @@
 #include "widgets/MessageBoxBackend.h"
 
 #include <QApplication>
+#include <QIcon>
 
 int main(int argc, char* argv[])
 {
     BrowserEngine::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantrel"));
-    QApplication::setDesktopFileName(QStringLiteral("vantrel"));
+    QApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));
+    QIcon icon;
+    for (int size : {16, 32, 48, 64, 128, 256})
+        icon.addFile(QStringLiteral(":/icons/vantrel-%1.png").arg(size), QSize(size, size));
+    QApplication::setWindowIcon(icon);
     // The main window's unload ends the program, not the last browser window closing.
     QApplication::setQuitOnLastWindowClosed(false);
     MessageBoxBackend dialogs;

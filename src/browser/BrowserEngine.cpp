@@ -25,11 +25,13 @@ QString& lastError()
     return e;
 }
 
-// Beside the program in a build, in the library folder once installed.
+// Beside the program in a build; in the library folder once installed, found from the program's
+// own place first, so that an installation moved elsewhere still finds it.
 QStringList moduleCandidates()
 {
-    const QString name = QStringLiteral(VANTREL_ENGINE_MODULE_NAME);
-    return {QDir(QCoreApplication::applicationDirPath()).filePath(name),
+    const QDir programFolder(QCoreApplication::applicationDirPath());
+    return {programFolder.filePath(QStringLiteral(VANTREL_ENGINE_MODULE_NAME)),
+            QDir::cleanPath(programFolder.filePath(QStringLiteral(VANTREL_ENGINE_MODULE_RELATIVE))),
             QStringLiteral(VANTREL_ENGINE_MODULE_INSTALLED)};
 }
 

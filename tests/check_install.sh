@@ -1,0 +1,62 @@
+#!/usr/bin/env bash
+# Installs the build into a temporary prefix (or unpacks its Debian package), checks the files a
+# desktop program must bring, validates its launcher and software-centre description, and starts
+# the installed program, which must load its browser engine module for its start-up page.
+# Usage: check_install.sh BUILD_DIR prefix|package
+set -euo pipefail
+build=$1
+mode=$2
+work=$(mktemp -d)
+finish() {
+    if [ -n "${app:-}" ]; then
+        kill "$app" 2>/dev/null || true
+        wait "$app" 2>/dev/null || true
+        sleep 0.5 # the engine's helper processes end with the program
+    fi
+    rm -rf "$work" 2>/dev/null || true
+}
+trap finish EXIT
+
+if [ "$mode" = package ]; then
+    (cd "$build" && cpack -G DEB -B "$work/package" >/dev/null)
+    deb=$(ls "$work"/package/*.deb)
+    dpkg-deb --info "$deb" | grep -q "Package: vantrel"
+    dpkg-deb --info "$deb" | grep -q "Depends:.*libqt6webengine"
+    dpkg-deb -x "$deb" "$work/root"
+    prefix="$work/root/usr"
+else
+    cmake --install "$build" --prefix "$work/root" >/dev/null
+    prefix="$work/root"
+fi
+
+for f in bin/vantrel share/applications/org.vantrel.Vantrel.desktop \
+         share/metainfo/org.vantrel.Vantrel.metainfo.xml \
+         share/icons/hicolor/scalable/apps/org.vantrel.Vantrel.svg; do
+    [ -f "$prefix/$f" ] || { echo "missing: $f"; exit 1; }
+done
+for size in 16 32 48 64 128 256; do
+    [ -f "$prefix/share/icons/hicolor/${size}x${size}/apps/org.vantrel.Vantrel.png" ] || { echo "missing icon $size"; exit 1; }
+done
+[ -n "$(find "$prefix" -path '*/vantrel/libvantrel-webengine.so')" ] ||
+    { echo "missing: the browser engine module"; exit 1; }
+desktop-file-validate "$prefix/share/applications/org.vantrel.Vantrel.desktop"
+appstreamcli validate --no-net "$prefix/share/metainfo/org.vantrel.Vantrel.metainfo.xml" >/dev/null
+
+# Start it as a user would, with a start-up page, in a home of its own.
+mkdir -p "$work/home" "$work/data/Vantrel"
+printf '<html><head><title>Start</title></head><body>start</body></html>' > "$work/start.html"
+printf ' 100  100  8100  4700  1  0 \r\n 0  1  0  0  0 \r\nfile://%s\r\nabout:blank\r\n' "$work/start.html" \
+    > "$work/data/Vantrel/Options.INI"
+printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
+    > "$work/data/Vantrel/Colors.INI"
+(cd "$work" && HOME="$work/home" XDG_DATA_HOME="$work/data" QT_QPA_PLATFORM=offscreen \
+    "$prefix/bin/vantrel" >"$work/out.log" 2>&1) &
+app=$!
+for _ in $(seq 1 600); do
+    [ -d "$work/data/Vantrel/Browser" ] && break
+    kill -0 "$app" 2>/dev/null || { echo "the program ended"; tail -20 "$work/out.log"; exit 1; }
+    sleep 0.1
+done
+[ -d "$work/data/Vantrel/Browser" ] || { echo "the browser engine was not loaded"; tail -20 "$work/out.log"; exit 1; }
+kill -0 "$app" || { echo "the program ended"; exit 1; }
+echo "installed ($mode) and started"
