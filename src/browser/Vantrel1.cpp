@@ -72,6 +72,7 @@ QRect twipsRect(int left, int top, int width, int height)
 
 Vantrel1::Vantrel1() : QWidget(nullptr)
 {
+    Q_INIT_RESOURCE(resources); // the help page and icons live in the program's static library
     setObjectName(QStringLiteral("Vantrel1"));
     setWindowTitle(QStringLiteral("Vantrel"));
     setMinimumSize(twipsToPixels(2500), twipsToPixels(2000));
@@ -107,7 +108,9 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
         layout->addWidget(panel);
     }
     qApp->installEventFilter(this);
+    // F1 opens the help from any window of the program.
     auto* help = new QShortcut(QKeySequence::HelpContents, this);
+    help->setContext(Qt::ApplicationShortcut);
     connect(help, &QShortcut::activated, this, &Vantrel1::showHelp);
     connect(m_webForm, &WebForm1::newWindowRequested, this, [this](const QString& url) {
         globals().CurrentUrl = url;
