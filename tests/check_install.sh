@@ -20,8 +20,9 @@ trap finish EXIT
 if [ "$mode" = package ]; then
     (cd "$build" && cpack -G DEB -B "$work/package" >/dev/null)
     deb=$(ls "$work"/package/*.deb)
-    dpkg-deb --info "$deb" | grep -q "Package: vantrel"
-    dpkg-deb --info "$deb" | grep -q "Depends:.*libqt6webengine"
+    info=$(dpkg-deb --info "$deb")
+    grep -q "Package: vantrel" <<<"$info" || { echo "not the vantrel package"; exit 1; }
+    grep -q "Depends:.*libqt6webengine" <<<"$info" || { echo "the package does not depend on the engine"; exit 1; }
     dpkg-deb -x "$deb" "$work/root"
     prefix="$work/root/usr"
 else
