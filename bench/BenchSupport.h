@@ -32,3 +32,10 @@ inline void report(const char* what, double ms, const char* floorName, double fl
     std::printf("%-28s median %8.3f ms   %-22s %8.3f ms   ratio %5.2fx   target <= %.1fx  %s\n", what, ms,
                 floorName, floorMs, ratio, target, ratio <= target ? "ok" : "OVER");
 }
+
+// A line of the report for a target in milliseconds: the measured median and whether it is below.
+inline void reportUnder(const char* what, double ms, double targetMs)
+{
+    std::printf("%-34s median %9.3f ms   target < %.3f ms  %s\n", what, ms, targetMs,
+                ms < targetMs ? "ok" : "OVER");
+}

@@ -17,11 +17,6 @@ namespace {
 constexpr int kRuns = 9;
 constexpr int kPages = kHistoryCapacity - 8; // with the eight groups, a full file
 
-void report(const char* what, double ms, double targetMs)
-{
-    std::printf("%-34s median %9.3f ms   target < %.0f ms  %s\n", what, ms, targetMs,
-                ms < targetMs ? "ok" : "OVER");
-}
 } // namespace
 
 int main(int argc, char* argv[])
@@ -86,10 +81,10 @@ int main(int argc, char* argv[])
     });
     std::printf("History: %d nodes, %d records; medians of %d runs\n", tree->nodeCount(), g.HistoryCount,
                 kRuns);
-    report("10001 CreateNode3 into an empty tree", addMs, 100);
+    reportUnder("10001 CreateNode3 into an empty tree", addMs, 100);
     std::printf("   first 1000 calls %.3f ms, last 1000 calls %.3f ms (ratio %.2f)\n", firstMs, lastMs,
                 lastMs / firstMs);
-    report("save the full tree", saveMs, 100);
-    report("load it at start-up", loadMs, 100);
+    reportUnder("save the full tree", saveMs, 100);
+    reportUnder("load it at start-up", loadMs, 100);
     return 0;
 }

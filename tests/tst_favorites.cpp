@@ -60,20 +60,8 @@ class TestFavorites : public QObject
     KeyedTree* tree() { return m_main->SSTree1(); }
     FavoritesTree* favorites() { return m_main->favorites(); }
     QuickButtons* buttons() { return m_main->quickButtons(); }
-    QStringList keys()
-    {
-        QStringList k;
-        for (KeyedNode* n : tree()->nodes())
-            k << n->key();
-        return k;
-    }
-    QPoint pointOf(const QString& key)
-    {
-        KeyedNode* n = tree()->node(key);
-        if (n && n->parent())
-            n->parent()->setExpanded(true);
-        return n ? tree()->visualItemRect(n).center() : QPoint();
-    }
+    QStringList keys() { return treeKeys(tree()); }
+    QPoint pointOf(const QString& key) { return treePointOf(tree(), key); }
     QPoint emptySpace() { return QPoint(5, tree()->viewport()->height() - 3); }
     void dropControl(const QString& tag, const QPoint& pos)
     {

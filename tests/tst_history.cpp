@@ -49,13 +49,7 @@ class TestHistory : public QObject
         m_main->TabStrip1()->setCurrentIndex(3);
         DialogService::clearShown();
     }
-    QStringList keys()
-    {
-        QStringList k;
-        for (KeyedNode* n : tree()->nodes())
-            k << n->key();
-        return k;
-    }
+    QStringList keys() { return treeKeys(tree()); }
     QStringList groups()
     {
         QStringList k;
@@ -63,13 +57,7 @@ class TestHistory : public QObject
             k << QString("Internet Explorer %1").arg(slot);
         return k;
     }
-    QPoint pointOf(const QString& key)
-    {
-        KeyedNode* n = tree()->node(key);
-        if (n && n->parent())
-            n->parent()->setExpanded(true);
-        return n ? tree()->visualItemRect(n).center() : QPoint();
-    }
+    QPoint pointOf(const QString& key) { return treePointOf(tree(), key); }
     // The page `url` shown in slot `slot`'s window.
     void show(int slot, const QString& url, const QString& title)
     {

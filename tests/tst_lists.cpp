@@ -52,20 +52,8 @@ class TestLists : public QObject
         m_main->TabStrip1()->setCurrentIndex(2);
         DialogService::clearShown();
     }
-    QStringList keys()
-    {
-        QStringList k;
-        for (KeyedNode* n : tree()->nodes())
-            k << n->key();
-        return k;
-    }
-    QPoint pointOf(const QString& key)
-    {
-        KeyedNode* n = tree()->node(key);
-        if (n && n->parent())
-            n->parent()->setExpanded(true);
-        return n ? tree()->visualItemRect(n).center() : QPoint();
-    }
+    QStringList keys() { return treeKeys(tree()); }
+    QPoint pointOf(const QString& key) { return treePointOf(tree(), key); }
     void dropRow(const QString& key)
     {
         std::unique_ptr<QMimeData> data(ControlDrag::makeData("AddListBtn"));

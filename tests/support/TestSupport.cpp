@@ -3,6 +3,7 @@
 #include "browser/BrowserEngine.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "widgets/KeyedTree.h"
 
 #include <QApplication>
 #include <QDir>
@@ -109,4 +110,22 @@ bool deliverDrop(QWidget* target, const QMimeData* data, const QPoint& pos)
     QDropEvent drop(QPointF(pos), Qt::CopyAction, data, Qt::LeftButton, Qt::NoModifier);
     QApplication::sendEvent(target, &drop);
     return drop.isAccepted();
+}
+
+QStringList treeKeys(const KeyedTree* tree)
+{
+    QStringList keys;
+    for (const KeyedNode* node : tree->nodes())
+        keys << node->key();
+    return keys;
+}
+
+QPoint treePointOf(KeyedTree* tree, const QString& key)
+{
+    KeyedNode* node = tree->node(key);
+    if (!node)
+        return QPoint();
+    if (node->parent())
+        node->parent()->setExpanded(true);
+    return tree->visualItemRect(node).center();
 }

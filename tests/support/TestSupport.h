@@ -6,6 +6,7 @@
 #include <QMimeData>
 #include <QPoint>
 #include <QString>
+#include <QStringList>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -76,6 +77,14 @@ template <typename Predicate> bool waitFor(Predicate done, int timeoutMs)
     }
     return true;
 }
+
+class KeyedTree;
+
+// The keys of a tree's nodes in their index order.
+QStringList treeKeys(const KeyedTree* tree);
+// The middle of a node's row in the tree's viewport (its parent opened first); a null point when
+// there is no such node.
+QPoint treePointOf(KeyedTree* tree, const QString& key);
 
 // Delivers a drop of `data` at `pos` to `target` as a real drag does: enter, move, drop.
 // True when the drop was accepted.
