@@ -53,33 +53,34 @@ void FavoritesTree::RefreshBtn_Click()
 void FavoritesTree::BuildFavoritesTree()
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    m_tree->setUpdatesEnabled(false);
-    const FavoritesWalk::Result walk = FavoritesWalk::walk(globals().FavoritesPath);
+    {
+        KeyedTree::BulkInsert bulk(m_tree);
+        const FavoritesWalk::Result walk = FavoritesWalk::walk(globals().FavoritesPath);
 
-    // Folders first, breadth first, so that every parent exists before its children.
-    QStringList relative;
-    relative.reserve(walk.folders.size());
-    for (const QString& folder : walk.folders) {
-        const QString rel = FavoritesWalk::relativePath(folder);
-        relative.append(rel);
-        const qsizetype slash = rel.lastIndexOf(u'/');
-        if (slash < 0)
-            AddFavoriteNode(rel, rel, rel, KeyedTree::ClosedFolder, false);
-        else
-            AddFavoriteNode(rel.left(slash), rel.mid(slash + 1), rel, KeyedTree::ClosedFolder, true);
-    }
-    // Then each folder's shortcuts, then the shortcuts at the top.
-    for (qsizetype i = 0; i < walk.folders.size() && i < walk.shortcuts.size(); ++i) {
-        for (const QString& file : walk.shortcuts[i]) {
+        // Folders first, breadth first, so that every parent exists before its children.
+        QStringList relative;
+        relative.reserve(walk.folders.size());
+        for (const QString& folder : walk.folders) {
+            const QString rel = FavoritesWalk::relativePath(folder);
+            relative.append(rel);
+            const qsizetype slash = rel.lastIndexOf(u'/');
+            if (slash < 0)
+                AddFavoriteNode(rel, rel, rel, KeyedTree::ClosedFolder, false);
+            else
+                AddFavoriteNode(rel.left(slash), rel.mid(slash + 1), rel, KeyedTree::ClosedFolder, true);
+        }
+        // Then each folder's shortcuts, then the shortcuts at the top.
+        for (qsizetype i = 0; i < walk.folders.size() && i < walk.shortcuts.size(); ++i) {
+            for (const QString& file : walk.shortcuts[i]) {
+                const QString text = FavoritesWalk::shortcutText(file);
+                AddFavoriteNode(relative[i], text, relative[i] + u'/' + text, KeyedTree::Page, true, file);
+            }
+        }
+        for (const QString& file : walk.rootShortcuts) {
             const QString text = FavoritesWalk::shortcutText(file);
-            AddFavoriteNode(relative[i], text, relative[i] + u'/' + text, KeyedTree::Page, true, file);
+            AddFavoriteNode(text, text, text, KeyedTree::Page, false, file);
         }
     }
-    for (const QString& file : walk.rootShortcuts) {
-        const QString text = FavoritesWalk::shortcutText(file);
-        AddFavoriteNode(text, text, text, KeyedTree::Page, false, file);
-    }
-    m_tree->setUpdatesEnabled(true);
     m_built = true;
     QApplication::restoreOverrideCursor();
 }
@@ -87,16 +88,17 @@ void FavoritesTree::BuildFavoritesTree()
 KeyedNode* FavoritesTree::AddFavoriteNode(const QString& parentKey, const QString& text, const QString& key,
                                           int image, bool child, const QString& fileName)
 {
-    KeyedNode* node = child ? m_tree->addNode(parentKey, key, text, image) : m_tree->addNode(QString(), parentKey,
-                                                                                             parentKey, image);
+    KeyedNode* node = child ? m_tree->addNode(parentKey, key, text, image)
+                            : m_tree->addNode(QString(), parentKey, parentKey, image);
     if (!node)
         return nullptr; // a key present already, or a missing parent: skipped
     const QString root = globals().FavoritesPath;
     if (image == KeyedTree::Page) {
         // The file as it lies on disk: names differ in case on this file system.
         const QString folder = child ? root + u'/' + parentKey : root;
-        node->setTag(folder + u'/' + (fileName.isEmpty() ? node->key().section(u'/', -1) + QStringLiteral(".url")
-                                                         : fileName));
+        node->setTag(
+            folder + u'/' +
+            (fileName.isEmpty() ? node->key().section(u'/', -1) + QStringLiteral(".url") : fileName));
     } else {
         node->setTag(root + u'/' + node->key());
     }
@@ -129,7 +131,8 @@ void FavoritesTree::deleteRequested(KeyedNode* node)
     if (!node)
         return;
     const QString path = node->tag();
-    if (!DialogService::question(QStringLiteral("Do you want to Delete ") + path + QStringLiteral(" from your Favorites?")))
+    if (!DialogService::question(QStringLiteral("Do you want to Delete ") + path +
+                                 QStringLiteral(" from your Favorites?")))
         return;
     m_tree->removeNode(node);
     // A refusal leaves the file where it is; the next refresh shows it again.
@@ -144,8 +147,8 @@ void FavoritesTree::addDroppedPage(KeyedNode* target, bool askForTopLevel)
     QString folder;
     QString parentKey;
     if (!target) {
-        if (askForTopLevel &&
-            !DialogService::question(QStringLiteral("Do you want to add ") + g.CurrentTitle + QStringLiteral(" to Favorites? ")))
+        if (askForTopLevel && !DialogService::question(QStringLiteral("Do you want to add ") +
+                                                       g.CurrentTitle + QStringLiteral(" to Favorites? ")))
             return;
         folder = g.FavoritesPath;
     } else if (target->isFolder()) {

@@ -49,6 +49,7 @@ bool HistoryTree::CreateNode3(const QString& group)
 void HistoryTree::LoadHistoryTree()
 {
     const Globals& g = globals();
+    KeyedTree::BulkInsert bulk(m_tree);
     const int count = std::clamp(g.HistoryCount, 0, kHistoryCapacity);
     for (int i = 0; i < count; ++i) {
         if (g.HistUrl[i].trimmed().isEmpty())

@@ -35,6 +35,7 @@ void ListsTree::LoadListTree()
     const Globals& g = globals();
     m_tree->clearNodes();
     m_listNames->clear();
+    KeyedTree::BulkInsert bulk(m_tree);
     const int count = std::clamp(g.ListCount, 0, kListCapacity);
     for (int i = 0; i < count; ++i) {
         const QString& name = g.ListName[i];

@@ -90,6 +90,8 @@ KeyedNode* KeyedTree::addNode(const QString& parentKey, const QString& key, cons
         node->setFlags(node->flags() | Qt::ItemIsEditable);
     if (parent)
         parent->addChild(node);
+    else if (m_bulk > 0)
+        m_detachedTop.append(node);
     else
         addTopLevelItem(node);
     m_byKey.insert(key, node);
@@ -146,8 +148,28 @@ void KeyedTree::setLabelEditEnabled(bool on)
                        : QAbstractItemView::NoEditTriggers);
 }
 
+KeyedTree::BulkInsert::BulkInsert(KeyedTree* tree) : m_tree(tree)
+{
+    if (m_tree->m_bulk++ > 0)
+        return;
+    m_tree->setUpdatesEnabled(false);
+    while (m_tree->topLevelItemCount() > 0)
+        m_tree->m_detachedTop.append(m_tree->takeTopLevelItem(0));
+}
+
+KeyedTree::BulkInsert::~BulkInsert()
+{
+    if (--m_tree->m_bulk > 0)
+        return;
+    m_tree->addTopLevelItems(m_tree->m_detachedTop);
+    m_tree->m_detachedTop.clear();
+    m_tree->setUpdatesEnabled(true);
+}
+
 void KeyedTree::clearNodes()
 {
+    qDeleteAll(m_detachedTop);
+    m_detachedTop.clear();
     m_byKey.clear();
     m_order.clear();
     m_dropHighlight = nullptr;

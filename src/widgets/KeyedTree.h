@@ -44,6 +44,20 @@ public:
     // Lets the user edit node labels (F2, or a click on the selected node); labelEdited() tells.
     void setLabelEditEnabled(bool on);
 
+    // While one lives, nodes are gathered away from the view and shown in one step at its end:
+    // building a tree of thousands of nodes then costs the view one update.
+    class BulkInsert
+    {
+    public:
+        explicit BulkInsert(KeyedTree* tree);
+        ~BulkInsert();
+        BulkInsert(const BulkInsert&) = delete;
+        BulkInsert& operator=(const BulkInsert&) = delete;
+
+    private:
+        KeyedTree* m_tree;
+    };
+
 signals:
     void nodeClicked(KeyedNode* node);
     void nodeDoubleClicked(KeyedNode* node);
@@ -75,6 +89,8 @@ private:
     QList<KeyedNode*> m_order;
     KeyedNode* m_dropHighlight = nullptr;
     bool m_labelEdit = false;
+    int m_bulk = 0;
+    QList<QTreeWidgetItem*> m_detachedTop;
 };
 
 // One node of a KeyedTree.
