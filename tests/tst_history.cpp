@@ -153,6 +153,22 @@ private slots:
                           QStringList{"https://a//Internet Explorer 1", "https://b//Internet Explorer 2"}));
         QCOMPARE(tree()->node("https://a//Internet Explorer 1")->nodeText(), QStringLiteral("A, with comma"));
     }
+    void recordedPagesCountAsShownEvenBeforeTheTreeIsLookedAt()
+    {
+        start("Internet Explorer 1[#@!]Old Title[#@!]https://a.example/\r\n");
+        // The page shows again before anything looked at the tree: it is the same page.
+        show(1, "https://a.example/", "New Title");
+        KeyedTree* t = m_main->historyPanel()->SSTree3();
+        QCOMPARE(t->node("Internet Explorer 1")->childCount(), 1);
+        QCOMPARE(t->node("https://a.example//Internet Explorer 1")->nodeText(), QStringLiteral("Old Title"));
+    }
+    void historyIsInPlaceSoonAfterStartWithoutBeingAskedFor()
+    {
+        start("Internet Explorer 2[#@!]B[#@!]https://b.example/\r\n");
+        HistoryTree* h = m_main->historyPanel()->history();
+        QVERIFY(waitFor([&] { return h->tree()->node("https://b.example//Internet Explorer 2") != nullptr; },
+                        5000));
+    }
     void emptyHistoryFileStillGivesTheGroups()
     {
         start("");

@@ -164,7 +164,7 @@ void Vantrel1::Form_Load()
     // The history tree is built from the records only when the history file exists.
     m_historyPanel->history()->CreateHistoryRoots();
     if (QFileInfo::exists(appFilePath(QString::fromLatin1(kHistoryFileName))))
-        m_historyPanel->history()->LoadHistoryTree();
+        m_historyPanel->history()->LoadHistoryTreeLater();
     m_surf->setCalendarDate(Clock::today());
     InitFormState();
     LoadColors();

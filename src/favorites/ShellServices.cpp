@@ -5,6 +5,7 @@
 #include <QFile>
 #include <QFileIconProvider>
 #include <QFileInfo>
+#include <QHash>
 #include <QStyle>
 #include <QUrl>
 
@@ -22,13 +23,20 @@ bool openFolder(const QString& path)
 
 QIcon smallIcon(const QString& path)
 {
+    // Looking an icon up is slow and shortcut files share theirs: one look-up per kind of file.
     static QFileIconProvider provider;
-    QIcon icon;
-    if (QFileInfo::exists(path))
-        icon = provider.icon(QFileInfo(path));
-    if (icon.isNull())
-        icon = QApplication::style()->standardIcon(QStyle::SP_FileLinkIcon);
-    return icon;
+    static QHash<QString, QIcon> byKind;
+    static const QIcon page = QApplication::style()->standardIcon(QStyle::SP_FileLinkIcon);
+    const QFileInfo info(path);
+    if (!info.exists())
+        return page;
+    const QString kind = info.suffix().toLower();
+    auto known = byKind.constFind(kind);
+    if (known == byKind.constEnd()) {
+        const QIcon icon = provider.icon(info);
+        known = byKind.insert(kind, icon.isNull() ? page : icon);
+    }
+    return *known;
 }
 
 } // namespace ShellServices

@@ -4,8 +4,15 @@
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
 
+#include <QEvent>
 #include <QFrame>
 #include <QVBoxLayout>
+
+KeyedTree* HistoryPanel::SSTree3() const
+{
+    m_history->ensureLoaded();
+    return m_tree;
+}
 
 HistoryPanel::HistoryPanel(Vantrel1* main)
 {
@@ -19,6 +26,8 @@ HistoryPanel::HistoryPanel(Vantrel1* main)
     layout->addWidget(m_tree);
     setUpper(m_frame5);
     m_history = new HistoryTree(m_tree, main);
+    // Whoever looks at the tree sees all of it.
+    m_tree->installEventFilter(this);
 
     m_saveHistBtn = new GradientButton(QStringLiteral("SaveHistBtn"), QStringLiteral("Save"), this);
     m_saveHistBtn->setToolTip(QStringLiteral("Save History"));
@@ -28,4 +37,11 @@ HistoryPanel::HistoryPanel(Vantrel1* main)
     addCommand(m_clearHistBtn);
     connect(m_saveHistBtn, &GradientButton::clicked, m_history, &HistoryTree::SaveHistBtn_Click);
     connect(m_clearHistBtn, &GradientButton::clicked, m_history, &HistoryTree::ClearHistBtn_Click);
+}
+
+bool HistoryPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_tree && event->type() == QEvent::Show)
+        m_history->ensureLoaded();
+    return SharedTreeTab::eventFilter(watched, event);
 }

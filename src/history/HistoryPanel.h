@@ -17,11 +17,15 @@ class HistoryPanel : public SharedTreeTab
 public:
     explicit HistoryPanel(Vantrel1* main);
 
-    KeyedTree* SSTree3() const { return m_tree; }
+    // The history tree, its pages in place.
+    KeyedTree* SSTree3() const;
     HistoryTree* history() const { return m_history; }
     QFrame* Frame5() const { return m_frame5; }
     GradientButton* SaveHistBtn() const { return m_saveHistBtn; }
     GradientButton* ClearHistBtn() const { return m_clearHistBtn; }
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     QFrame* m_frame5;

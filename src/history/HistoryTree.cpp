@@ -9,8 +9,12 @@
 #include "widgets/KeyedTree.h"
 
 #include <QApplication>
+#include <QTimer>
 
 namespace {
+// Soon after the main window appears.
+constexpr int kLoadDelayMs = 500;
+
 QString pageKey(const QString& url, const QString& group)
 {
     return url + u'/' + group;
@@ -34,8 +38,23 @@ void HistoryTree::CreateHistoryRoots()
     globals().HistoryChanged = true;
 }
 
+void HistoryTree::LoadHistoryTreeLater()
+{
+    m_loadPending = true;
+    QTimer::singleShot(kLoadDelayMs, this, &HistoryTree::ensureLoaded);
+}
+
+void HistoryTree::ensureLoaded()
+{
+    if (!m_loadPending)
+        return;
+    m_loadPending = false;
+    LoadHistoryTree();
+}
+
 bool HistoryTree::CreateNode3(const QString& group)
 {
+    ensureLoaded();
     Globals& g = globals();
     KeyedNode* page = m_tree->addNode(group, pageKey(g.CurrentUrl, group), g.CurrentTitle, KeyedTree::Page);
     if (!page)
@@ -65,6 +84,7 @@ void HistoryTree::LoadHistoryTree()
 
 void HistoryTree::SaveHistBtn_Click()
 {
+    ensureLoaded();
     Globals& g = globals();
     int n = 0;
     for (KeyedNode* node : m_tree->nodes()) {

@@ -20,6 +20,10 @@ public:
     KeyedTree* tree() const { return m_tree; }
 
     void CreateHistoryRoots();
+    // The pages of the history records are put into the tree when it is first needed (shown,
+    // saved, added to) or soon after start, so that a long history does not hold the start up.
+    void LoadHistoryTreeLater();
+    void ensureLoaded();
     // Adds CurrentUrl/CurrentTitle under `group`; false (and nothing changes) when that window's
     // history holds the page already.
     bool CreateNode3(const QString& group);
@@ -38,4 +42,5 @@ private:
     Vantrel1* m_main;
     QPoint m_pressPos;
     bool m_pagePressed = false;
+    bool m_loadPending = false;
 };
