@@ -81,7 +81,6 @@ void FavoritesTree::BuildFavoritesTree()
             AddFavoriteNode(text, text, text, KeyedTree::Page, false, file);
         }
     }
-    m_built = true;
     QApplication::restoreOverrideCursor();
 }
 

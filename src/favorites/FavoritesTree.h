@@ -57,5 +57,4 @@ private:
     int m_shortcutSelected = 0;
     bool m_mouseDown = false;
     double m_mouseDownTime = 0;
-    bool m_built = false;
 };
