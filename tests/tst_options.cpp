@@ -1,5 +1,6 @@
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
+#include "about/About1.h"
 #include "browser/OptionsPanel.h"
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
@@ -345,6 +346,20 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(dialog));
         QCOMPARE(dialog->GoBtn()->backColor(), int32_t(32768));
         QCOMPARE(dialog->GoBtn()->textColor(), int32_t(65535));
+    }
+
+    void aboutBoxIsColouredWhenItComesForward()
+    {
+        QVERIFY(writeAll(
+            m_app->file("Colors.INI"),
+            " 16744576 -2147483640  16777215  16761024  16448  255  65280  32768  65535  16777215 \r\n"));
+        start();
+        m_main->AboutBtn_Click();
+        About1* about = m_main->aboutBox();
+        QApplication::setActiveWindow(about);
+        QVERIFY(QTest::qWaitForWindowActive(about));
+        QCOMPARE(about->OKBtn()->backColor(), int32_t(32768));
+        QCOMPARE(about->SysBtn()->textColor(), int32_t(65535));
     }
 
     // ---- the gradient button's painting -------------------------------------------------------
