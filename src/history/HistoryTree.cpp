@@ -7,6 +7,7 @@
 #include "core/HistoryFile.h"
 #include "widgets/ControlDrag.h"
 #include "widgets/KeyedTree.h"
+#include "widgets/PageTree.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -15,10 +16,6 @@ namespace {
 // Soon after the main window appears.
 constexpr int kLoadDelayMs = 500;
 
-QString pageKey(const QString& url, const QString& group)
-{
-    return url + u'/' + group;
-}
 } // namespace
 
 HistoryTree::HistoryTree(KeyedTree* tree, Vantrel1* main) : QObject(tree), m_tree(tree), m_main(main)
@@ -56,11 +53,8 @@ bool HistoryTree::CreateNode3(const QString& group)
 {
     ensureLoaded();
     Globals& g = globals();
-    KeyedNode* page = m_tree->addNode(group, pageKey(g.CurrentUrl, group), g.CurrentTitle, KeyedTree::Page);
-    if (!page)
+    if (!PageTree::addPage(m_tree, group, g.CurrentTitle, g.CurrentUrl))
         return false; // shown before in this window: its first title and place stay
-    page->setTag(g.CurrentUrl);
-    page->setListTag(group);
     g.HistoryChanged = true;
     return true;
 }
@@ -74,11 +68,7 @@ void HistoryTree::LoadHistoryTree()
         if (g.HistUrl[i].trimmed().isEmpty())
             continue; // a group record: the group is there already
         // A page under a group that is not one of the windows' is skipped.
-        if (KeyedNode* page = m_tree->addNode(g.HistGroup[i], pageKey(g.HistUrl[i], g.HistGroup[i]),
-                                              g.HistTitle[i], KeyedTree::Page)) {
-            page->setTag(g.HistUrl[i]);
-            page->setListTag(g.HistGroup[i]);
-        }
+        PageTree::addPage(m_tree, g.HistGroup[i], g.HistTitle[i], g.HistUrl[i]);
     }
 }
 
@@ -86,21 +76,7 @@ void HistoryTree::SaveHistBtn_Click()
 {
     ensureLoaded();
     Globals& g = globals();
-    int n = 0;
-    for (KeyedNode* node : m_tree->nodes()) {
-        if (n >= kHistoryCapacity)
-            break; // the surplus is not kept
-        if (node->image() == KeyedTree::Page) {
-            g.HistGroup[n] = node->listTag();
-            g.HistTitle[n] = node->nodeText();
-            g.HistUrl[n] = node->tag();
-        } else {
-            g.HistGroup[n] = node->key();
-            g.HistTitle[n] = QStringLiteral(" ");
-            g.HistUrl[n] = QStringLiteral(" ");
-        }
-        ++n;
-    }
+    const int n = PageTree::toRecords(m_tree, {g.HistGroup, g.HistTitle, g.HistUrl});
     g.HistoryCount = n;
     SaveHistoryFile(n);
 }

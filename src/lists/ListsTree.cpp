@@ -7,16 +7,13 @@
 #include "favorites/FavoritesTree.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
+#include "widgets/PageTree.h"
 
 #include <QComboBox>
 
 namespace {
 const QString kNewList = QStringLiteral("New List");
 
-QString pageKey(const QString& url, const QString& listName)
-{
-    return url + u'/' + listName;
-}
 } // namespace
 
 ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Vantrel1* main)
@@ -47,11 +44,7 @@ void ListsTree::LoadListTree()
             continue;
         }
         // A page whose list is missing, or that its list holds already, is skipped.
-        if (KeyedNode* page =
-                m_tree->addNode(name, pageKey(g.ListUrl[i], name), g.ListTitle[i], KeyedTree::Page)) {
-            page->setTag(g.ListUrl[i]);
-            page->setListTag(name);
-        }
+        PageTree::addPage(m_tree, name, g.ListTitle[i], g.ListUrl[i]);
     }
 }
 
@@ -59,22 +52,7 @@ void ListsTree::SaveListBtn_Click()
 {
     Globals& g = globals();
     m_listNames->clear();
-    int n = 0;
-    for (KeyedNode* node : m_tree->nodes()) {
-        if (n >= kListCapacity)
-            break; // nodes beyond the last record are dropped without a word
-        if (node->image() == KeyedTree::Page) {
-            g.ListName[n] = node->listTag();
-            g.ListTitle[n] = node->nodeText();
-            g.ListUrl[n] = node->tag();
-        } else {
-            // A list is a record with a single blank for its title and address.
-            g.ListName[n] = node->key();
-            g.ListTitle[n] = QStringLiteral(" ");
-            g.ListUrl[n] = QStringLiteral(" ");
-        }
-        ++n;
-    }
+    const int n = PageTree::toRecords(m_tree, {g.ListName, g.ListTitle, g.ListUrl});
     g.ListCount = n;
     for (int i = 0; i < n; ++i)
         if (g.ListUrl[i].trimmed().isEmpty())
@@ -106,13 +84,7 @@ void ListsTree::NewListBtn_Click()
 bool ListsTree::AddPageNode(const QString& listName)
 {
     const Globals& g = globals();
-    KeyedNode* page =
-        m_tree->addNode(listName, pageKey(g.CurrentUrl, listName), g.CurrentTitle, KeyedTree::Page);
-    if (!page)
-        return false;
-    page->setTag(g.CurrentUrl);
-    page->setListTag(listName);
-    return true;
+    return PageTree::addPage(m_tree, listName, g.CurrentTitle, g.CurrentUrl) != nullptr;
 }
 
 bool ListsTree::AddPageToList()
@@ -194,7 +166,7 @@ void ListsTree::RenameList(const QString& oldName, const QString& newName)
             continue;
         node->setListTag(newName);
         if (node->image() == KeyedTree::Page)
-            m_tree->rekey(node, pageKey(node->tag(), newName));
+            m_tree->rekey(node, PageTree::pageKey(node->tag(), newName));
     }
     const int index = m_listNames->findText(oldName);
     if (index >= 0)
