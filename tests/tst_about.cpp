@@ -81,7 +81,7 @@ private slots:
         QVERIFY(about->isVisible());
         QVERIFY(g.AboutShown);
         QCOMPARE(about->Label1()->text().contains("Quorlan Software"), true);
-        QVERIFY(!about->picIcon()->pixmap().isNull() || QApplication::windowIcon().isNull());
+        QCOMPARE(about->picIcon()->pixmap().size(), QSize(64, 64));
         QTest::mouseClick(about->OKBtn(), Qt::LeftButton);
         QVERIFY(!about->isVisible());
         QVERIFY(!g.AboutShown);

@@ -11,6 +11,7 @@
 #include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPixmap>
 #include <QVBoxLayout>
 
 namespace {
@@ -24,7 +25,7 @@ About1::About1(Vantrel1* main) : QWidget(main, Qt::Dialog), m_main(main)
 
     m_icon = new QLabel(this);
     m_icon->setObjectName(QStringLiteral("picIcon"));
-    m_icon->setPixmap(QApplication::windowIcon().pixmap(64, 64));
+    m_icon->setPixmap(QPixmap(QStringLiteral(":/icons/vantrel-64.png")));
     m_icon->setAccessibleName(QStringLiteral("Vantrel"));
 
     auto* frame = new QFrame(this);
