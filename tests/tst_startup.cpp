@@ -3,7 +3,11 @@
 #include "core/Startup.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 #include <QTest>
+
+#include <sys/stat.h>
 
 // Runs the start-up from a given folder with the user's folders in a temporary place, and goes
 // back to the test's own folder afterwards.
@@ -129,6 +133,40 @@ private slots:
         QCOMPARE(g.HistoryCount, 2);
         QCOMPARE(g.HistUrl[1], QStringLiteral("ub"));
         QCOMPARE(g.BtnUrl[1], QStringLiteral("u1"));
+    }
+    void startUpRemovesWhatInterruptedSavesOfTheDataFilesLeft()
+    {
+        StartFolder folders;
+        QVERIFY(QDir().mkpath(folders.data()));
+        const QStringList dataFiles = {"DefaultList.NLS", "BrowseHistory.LST", "DefaultBtns.BLS",
+                                       "Options.INI", "Colors.INI"};
+        for (const QString& name : dataFiles) {
+            QVERIFY(writeAll(folders.data() + '/' + name, ""));
+            QVERIFY(interruptedSave(folders.data() + '/' + name, QByteArray(50000, 'x')));
+        }
+        QCOMPARE(hiddenFiles(folders.data()).size(), 5);
+        // What is not the program's own stays: another file's temporary file, a look-alike.
+        QVERIFY(writeAll(folders.data() + "/.Notes.txt.1a.tmp", "theirs"));
+        QVERIFY(writeAll(folders.data() + "/.Options.INI.tmp", "theirs"));
+        StartUp();
+        QCOMPARE(hiddenFiles(folders.data()), (QStringList{".Notes.txt.1a.tmp", ".Options.INI.tmp"}));
+        for (const QString& name : dataFiles)
+            QVERIFY(QFileInfo::exists(folders.data() + '/' + name));
+    }
+    void startUpMakesAnExistingBrowserProfilePrivate()
+    {
+        StartFolder folders;
+        const QString profile = folders.data() + "/Browser";
+        QVERIFY(QDir().mkpath(profile));
+        QVERIFY(QFile::setPermissions(profile, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
+                                                   QFile::ReadGroup | QFile::ExeGroup | QFile::ReadOther |
+                                                   QFile::ExeOther));
+        StartUp();
+        struct stat st
+        {
+        };
+        QCOMPARE(::stat(QFile::encodeName(profile).constData(), &st), 0);
+        QCOMPARE(st.st_mode & 0777, mode_t(0700));
     }
     void favoritesFolderIsMadeInTheHomeFolder()
     {

@@ -2,6 +2,7 @@
 
 #include "BrowserEngineModule.h"
 #include "core/Globals.h"
+#include "core/Startup.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -50,7 +51,7 @@ bool loadModule()
             continue;
         }
         maker() = [create](QObject* parent) {
-            return create(parent, appFilePath(QStringLiteral("Browser")));
+            return create(parent, appFilePath(QString::fromLatin1(kBrowserFolderName)));
         };
         return true;
     }

@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QFile>
 #include <QWebEngineProfile>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
@@ -33,7 +34,12 @@ QWebEngineProfile* profile()
     if (g_profile)
         return g_profile;
     const QString folder = g_storageFolder;
-    QDir().mkpath(folder);
+    // Cookies and logins are the user's alone: the folder is made, or kept, private.
+    constexpr QFile::Permissions kPrivate = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    if (!QDir().mkdir(folder, kPrivate)) {
+        QDir().mkpath(folder);
+        QFile::setPermissions(folder, kPrivate);
+    }
     // Owned by the application object, so it outlives every page of every window.
     g_profile = new QWebEngineProfile(QStringLiteral("Vantrel"), QCoreApplication::instance());
     g_profile->setPersistentStoragePath(folder);

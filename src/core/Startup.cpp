@@ -1,11 +1,15 @@
 #include "Startup.h"
 
 #include "ButtonFile.h"
+#include "ColorsFile.h"
 #include "Globals.h"
 #include "HistoryFile.h"
 #include "ListFile.h"
+#include "OptionsFile.h"
+#include "TextFile.h"
 
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 void InitDefaults()
@@ -72,11 +76,23 @@ void ResolveAppPath(const QString& programFileName)
         QDir::setCurrent(g.AppPath);
 }
 
+void TidyProgramFolder()
+{
+    const QString folder = globals().AppPath;
+    static const QList<QByteArray> dataFiles = {kButtonFileName, kListFileName, kHistoryFileName,
+                                                kOptionsFileName, kColorsFileName};
+    TextFile::removeLeftovers(folder, [](const QByteArray& name) { return dataFiles.contains(name); });
+    const QString profile = QDir(folder).filePath(QString::fromLatin1(kBrowserFolderName));
+    if (QFileInfo(profile).isDir())
+        QFile::setPermissions(profile, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
 void StartUp()
 {
     InitDefaults();
     InitState();
     ResolveAppPath();
+    TidyProgramFolder();
     LoadButtonFile(appFilePath(QString::fromLatin1(kButtonFileName)));
     LoadListFile(appFilePath(QString::fromLatin1(kListFileName)));
     LoadHistoryFile(appFilePath(QString::fromLatin1(kHistoryFileName)));

@@ -21,8 +21,16 @@ QString DefaultProgramFolder();
 // files are simply not found.
 void ResolveAppPath(const QString& programFileName = QStringLiteral("vantrel"));
 
-// Steps 1 to 4 of the entry procedure: defaults, state, program folder, then the button, list
-// and history files, in this order (reading the lists empties the history arrays).
+// The browser profile's folder (cookies, logins, visited links) in the program folder.
+inline constexpr char kBrowserFolderName[] = "Browser";
+
+// Tidies the program folder before anything is read: removes the temporary files that interrupted
+// saves of the five data files left there, and makes the browser profile's folder private to the
+// user again when it exists.
+void TidyProgramFolder();
+
+// Steps 1 to 4 of the entry procedure: defaults, state, program folder (tidied), then the button,
+// list and history files, in this order (reading the lists empties the history arrays).
 void StartUp();
 
 // The path of a shell folder; only the Favorites folder (id 6) is asked for: $HOME/Favorites,

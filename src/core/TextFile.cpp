@@ -1,12 +1,16 @@
 #include "TextFile.h"
 
+#include "FileName.h"
 #include "TextCodec.h"
 
 #include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 
+#include <algorithm>
+
 #include <cerrno>
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -51,14 +55,32 @@ int writeAll(int fd, const char* data, qsizetype size)
     return 0;
 }
 
+// Keep the temporary name short enough for the file system even when the target's is long.
+constexpr qsizetype kTemporaryNameBytes = 200;
+constexpr qsizetype kMaxRandomDigits = 13; // a 64-bit number in base 36
+const QByteArray kTemporaryEnd = QByteArrayLiteral(".tmp");
+
 QByteArray temporaryNameFor(const QByteArray& target)
 {
     const qsizetype slash = target.lastIndexOf('/');
     const QByteArray folder = target.left(slash + 1);
     const QByteArray name = target.mid(slash + 1);
     const QByteArray suffix = QByteArray::number(QRandomGenerator::global()->generate64(), 36);
-    // Keep the temporary name short enough for the file system even when the target's is long.
-    return folder + '.' + name.left(200) + '.' + suffix + ".tmp";
+    return folder + '.' + name.left(kTemporaryNameBytes) + '.' + suffix + kTemporaryEnd;
+}
+
+bool isBase36Digit(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z');
+}
+
+bool removeTemporaryFile(const QByteArray& native)
+{
+    struct stat st
+    {
+    };
+    // Only regular files: a folder or a link of that name is nothing a save made.
+    return ::lstat(native.constData(), &st) == 0 && S_ISREG(st.st_mode) && ::unlink(native.constData()) == 0;
 }
 
 } // namespace
@@ -66,7 +88,7 @@ QByteArray temporaryNameFor(const QByteArray& target)
 ReadResult readBytes(const QString& path)
 {
     ReadResult result;
-    const QByteArray native = QFile::encodeName(path);
+    const QByteArray native = FileName::encode(path);
     Fd fd(::open(native.constData(), O_RDONLY | O_CLOEXEC));
     if (fd.get() < 0) {
         result.error = RunError::fromErrno(errno, path);
@@ -105,7 +127,7 @@ RunError writeAtomically(const QString& path, const QByteArray& bytes)
 {
     if (path.isEmpty())
         return RunError::FileNotFound;
-    const QByteArray target = QFile::encodeName(QFileInfo(path).absoluteFilePath());
+    const QByteArray target = FileName::encode(QFileInfo(path).absoluteFilePath());
 
     mode_t mode = 0666; // narrowed by the umask for a new file
     bool replacing = false;
@@ -154,6 +176,52 @@ RunError writeAtomically(const QString& path, const QByteArray& bytes)
     if (folder.get() >= 0)
         ::fsync(folder.get());
     return RunError::None;
+}
+
+std::optional<QByteArray> temporaryTarget(const QByteArray& entry)
+{
+    if (!entry.startsWith('.') || !entry.endsWith(kTemporaryEnd))
+        return std::nullopt;
+    const QByteArray inner = entry.sliced(1, entry.size() - 1 - kTemporaryEnd.size());
+    const qsizetype dot = inner.lastIndexOf('.');
+    if (dot <= 0)
+        return std::nullopt;
+    const QByteArray digits = inner.sliced(dot + 1);
+    if (digits.isEmpty() || digits.size() > kMaxRandomDigits ||
+        !std::all_of(digits.begin(), digits.end(), isBase36Digit))
+        return std::nullopt;
+    QByteArray name = inner.left(dot);
+    if (name.size() > kTemporaryNameBytes)
+        return std::nullopt;
+    return name;
+}
+
+int removeLeftovers(const QString& folder, const std::function<bool(const QByteArray& name)>& wanted)
+{
+    const QByteArray native = FileName::encode(folder);
+    DIR* dir = ::opendir(native.constData());
+    if (!dir)
+        return 0;
+    QList<QByteArray> doomed;
+    while (const dirent* entry = ::readdir(dir)) {
+        const QByteArray name(entry->d_name);
+        const auto target = temporaryTarget(name);
+        if (target && wanted(*target))
+            doomed.append(name);
+    }
+    ::closedir(dir);
+    int removed = 0;
+    for (const QByteArray& name : doomed)
+        removed += removeTemporaryFile(native + '/' + name) ? 1 : 0;
+    return removed;
+}
+
+bool removeLeftover(const QString& path)
+{
+    const QByteArray native = FileName::encode(path);
+    if (!temporaryTarget(native.mid(native.lastIndexOf('/') + 1)))
+        return false;
+    return removeTemporaryFile(native);
 }
 
 RunError writeLines(const QString& path, const QStringList& lines)

@@ -10,12 +10,16 @@
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "core/PageText.h"
+#include "core/TextFile.h"
 #include "core/TextRules.h"
 #include "widgets/ControlDrag.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
 
 #include <QApplication>
+
+#include <utility>
 
 namespace {
 constexpr double kDragDelaySeconds = 0.2;
@@ -56,6 +60,7 @@ void FavoritesTree::BuildFavoritesTree()
     {
         KeyedTree::BulkInsert bulk(m_tree);
         const FavoritesWalk::Result walk = FavoritesWalk::walk(globals().FavoritesPath);
+        m_leftovers = walk.leftovers;
 
         // Folders first, breadth first, so that every parent exists before its children.
         QStringList relative;
@@ -82,6 +87,14 @@ void FavoritesTree::BuildFavoritesTree()
         }
     }
     QApplication::restoreOverrideCursor();
+}
+
+int FavoritesTree::removeLeftoverTemporaries()
+{
+    int removed = 0;
+    for (const QString& path : std::exchange(m_leftovers, {}))
+        removed += TextFile::removeLeftover(path) ? 1 : 0;
+    return removed;
 }
 
 KeyedNode* FavoritesTree::AddFavoriteNode(const QString& parentKey, const QString& text, const QString& key,
@@ -187,7 +200,7 @@ void FavoritesTree::textDropped(const QString& text, const QPoint& pos)
     g.CurrentUrl = TextRules::trimSpaces(text);
     // The page's name: the current browser window's page, or the address when no window is open.
     BrowserWindow* window = m_main->webForm()->ie(g.WindowIndex);
-    g.CurrentTitle = window ? window->locationName() : g.CurrentUrl;
+    g.CurrentTitle = window ? boundedPageText(window->locationName()) : g.CurrentUrl;
     KeyedNode* target = m_tree->nodeAtPoint(pos);
     m_tree->setDropHighlight(target);
     addDroppedPage(target, true);

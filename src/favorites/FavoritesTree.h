@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QObject>
+#include <QStringList>
 
 class GradientButton;
 class KeyedNode;
@@ -23,6 +24,9 @@ public:
     // RefreshBtn: clears the tree and builds it again from the folder.
     void RefreshBtn_Click();
     void BuildFavoritesTree();
+    // Removes the temporary files that interrupted saves of shortcuts left in the folders the
+    // last build walked; done once at start-up. Returns how many went.
+    int removeLeftoverTemporaries();
     // Adds one node: with `child`, under the node `parentKey` with the given key and text; without,
     // at the top, where key and text are both `parentKey`. Its tag is its full path: the folder's
     // for a folder, the shortcut file's (`fileName`, as it lies on disk) for a shortcut.
@@ -55,6 +59,7 @@ private:
     GradientButton* m_distribute;
     Vantrel1* m_main;
     int m_shortcutSelected = 0;
+    QStringList m_leftovers;
     bool m_mouseDown = false;
     double m_mouseDownTime = 0;
 };

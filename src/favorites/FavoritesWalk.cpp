@@ -1,6 +1,7 @@
 #include "FavoritesWalk.h"
 
-#include <QFile>
+#include "core/FileName.h"
+#include "core/TextFile.h"
 
 #include <algorithm>
 #include <dirent.h>
@@ -27,9 +28,15 @@ bool isShortcutName(const QString& name)
 
 } // namespace
 
-void list(const QString& folder, QStringList* subfolders, QStringList* shortcutFiles)
+bool isShortcutTemporaryTarget(const QByteArray& name)
 {
-    const QByteArray native = QFile::encodeName(folder);
+    constexpr qsizetype kCutLength = 200; // as the temporary file's name cuts a long name
+    return name.size() == kCutLength || name.toLower().endsWith(".url");
+}
+
+void list(const QString& folder, QStringList* subfolders, QStringList* shortcutFiles, QStringList* leftovers)
+{
+    const QByteArray native = FileName::encode(folder);
     DIR* dir = ::opendir(native.constData());
     if (!dir)
         return; // an unreadable folder shows nothing below it
@@ -37,8 +44,15 @@ void list(const QString& folder, QStringList* subfolders, QStringList* shortcutF
         const char* raw = entry->d_name;
         if (raw[0] == '.' && (raw[1] == '\0' || (raw[1] == '.' && raw[2] == '\0')))
             continue;
-        if (raw[0] == '.')
-            continue; // hidden entries are not favourites
+        if (raw[0] == '.') {
+            // Hidden entries are not favourites; some are what an interrupted save left.
+            if (leftovers && entry->d_type != DT_DIR) {
+                const auto target = TextFile::temporaryTarget(QByteArray(raw));
+                if (target && isShortcutTemporaryTarget(*target))
+                    leftovers->append(FileName::decode(raw));
+            }
+            continue;
+        }
         unsigned char type = entry->d_type;
         if (type == DT_UNKNOWN) {
             struct stat st {};
@@ -46,7 +60,7 @@ void list(const QString& folder, QStringList* subfolders, QStringList* shortcutF
                 continue;
             type = S_ISDIR(st.st_mode) ? DT_DIR : S_ISLNK(st.st_mode) ? DT_LNK : DT_REG;
         }
-        const QString name = QFile::decodeName(raw);
+        const QString name = FileName::decode(raw);
         if (type == DT_DIR) {
             subfolders->append(name);
         } else if (isShortcutName(name) && type != DT_DIR) {
@@ -72,7 +86,10 @@ Result walk(const QString& root)
     if (root.isEmpty())
         return result;
     QStringList rootFolders;
-    list(root, &rootFolders, &result.rootShortcuts);
+    QStringList leftovers;
+    list(root, &rootFolders, &result.rootShortcuts, &leftovers);
+    for (const QString& name : leftovers)
+        result.leftovers.append(root + u'/' + name);
     for (const QString& name : rootFolders) {
         if (result.folders.size() >= kFolderCapacity)
             break;
@@ -82,7 +99,10 @@ Result walk(const QString& root)
     for (qsizetype i = 0; i < result.folders.size(); ++i) {
         QStringList subfolders;
         QStringList shortcuts;
-        list(result.folders[i], &subfolders, &shortcuts);
+        leftovers.clear();
+        list(result.folders[i], &subfolders, &shortcuts, &leftovers);
+        for (const QString& name : leftovers)
+            result.leftovers.append(result.folders[i] + u'/' + name);
         result.shortcuts.append(shortcuts);
         for (const QString& name : subfolders) {
             if (result.folders.size() >= kFolderCapacity)

@@ -18,12 +18,21 @@ struct Result
     QStringList folders;            // full paths, breadth first
     QList<QStringList> shortcuts;   // for each folder, its shortcut file names
     QStringList rootShortcuts;      // shortcut file names directly in the root
+    QStringList leftovers;          // full paths of temporary files that interrupted saves of
+                                    // shortcuts left behind
 };
 
 Result walk(const QString& root);
 
 // The sub-folders (names) and the shortcut files (names) of one folder, each sorted ignoring case.
-void list(const QString& folder, QStringList* subfolders, QStringList* shortcutFiles);
+// Names keep the bytes the file system has (see FileName). `leftovers`, when given, receives the
+// names of the temporary files that interrupted saves of shortcuts left in the folder.
+void list(const QString& folder, QStringList* subfolders, QStringList* shortcutFiles,
+          QStringList* leftovers = nullptr);
+
+// Whether a temporary file was made for `name` by a save of a shortcut: it ends in ".url" (any
+// case), or it was long enough to be cut in the temporary file's name.
+bool isShortcutTemporaryTarget(const QByteArray& name);
 
 // A folder's path below the Favorites folder: what follows "/Favorites/" (first occurrence,
 // case-sensitive). Without that text the path simply loses its first ten characters; a Favorites

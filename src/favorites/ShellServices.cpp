@@ -1,5 +1,8 @@
 #include "ShellServices.h"
 
+#include "FreedesktopTrash.h"
+#include "core/FileName.h"
+
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFile>
@@ -13,6 +16,9 @@ namespace ShellServices {
 
 bool moveToTrash(const QString& path)
 {
+    // Qt's trash takes names as UTF-8; a name with other bytes goes the same way by hand.
+    if (FileName::hasRawBytes(path))
+        return FreedesktopTrash::moveToTrash(path);
     return QFile::moveToTrash(path);
 }
 

@@ -1,5 +1,6 @@
 #include "ShortcutFile.h"
 
+#include "core/FileName.h"
 #include "core/Globals.h"
 #include "core/ProfileString.h"
 #include "core/TextFile.h"
@@ -9,6 +10,7 @@ namespace {
 const QString kFavoritesFolderMark = QStringLiteral("/Favorites");
 constexpr qsizetype kMaxExtensionDistance = 5;
 constexpr qsizetype kMaxNameLength = 250;
+constexpr qsizetype kMaxNameBytes = 255; // what a Linux file name holds
 } // namespace
 
 void ReadFavoriteFile(const QString& path)
@@ -53,7 +55,8 @@ std::optional<QString> ShortcutFileName(const QString& title)
             return std::nullopt;
         name = name.left(slash - 1) + u'.' + name.mid(slash + 1);
     }
-    return name;
+    // 250 characters of Chinese or Cyrillic take more bytes than a file name may hold.
+    return FileName::cutToBytes(name, kMaxNameBytes);
 }
 
 bool CreateFavoriteFile(const QString& url, const QString& title, const QString& folder)

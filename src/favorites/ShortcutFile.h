@@ -17,7 +17,9 @@ QString FavoritesRelativeName(const QString& path);
 
 // The file name a favourite titled `title` gets: ":" and "|" become "-", an extension other than
 // .URL is replaced by ".URL", the name is cut to 250 characters, and each "/" becomes "." together
-// with the character before it. None for a blank title or a "/" in first place.
+// with the character before it; a name whose UTF-8 form is still longer than the 255 bytes of a
+// file name is then cut at a character boundary until it fits. None for a blank title or a "/" in
+// first place.
 std::optional<QString> ShortcutFileName(const QString& title);
 
 // Writes a shortcut to `url` into `folder` (which ends with "/"), named from `title`, replacing a

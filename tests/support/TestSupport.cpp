@@ -3,6 +3,7 @@
 #include "browser/BrowserEngine.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "core/TextFile.h"
 #include "widgets/KeyedTree.h"
 
 #include <QApplication>
@@ -12,6 +13,7 @@
 
 #include <csignal>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -80,6 +82,32 @@ ReadOnlyFolder::~ReadOnlyFolder()
             qFatal("cannot return to the test's own user");
     }
     ::chmod(QFile::encodeName(m_path).constData(), 0755);
+}
+
+bool interruptedSave(const QString& path, const QByteArray& bytes)
+{
+    const QByteArray before = readAll(path);
+    const pid_t child = ::fork();
+    if (child < 0)
+        return false;
+    if (child == 0) {
+        std::signal(SIGXFSZ, SIG_DFL); // past the limit the save is ended by the signal
+        rlimit limit{};
+        ::getrlimit(RLIMIT_FSIZE, &limit);
+        limit.rlim_cur = rlim_t(bytes.size() / 2);
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+        TextFile::writeAtomically(path, bytes);
+        ::_exit(0);
+    }
+    int status = 0;
+    if (::waitpid(child, &status, 0) != child)
+        return false;
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ && readAll(path) == before;
+}
+
+QStringList hiddenFiles(const QString& folder)
+{
+    return QDir(folder).entryList({QStringLiteral(".*")}, QDir::Files | QDir::Hidden);
 }
 
 FileSizeLimit::FileSizeLimit(rlim_t bytes)

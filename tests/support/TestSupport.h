@@ -78,6 +78,14 @@ template <typename Predicate> bool waitFor(Predicate done, int timeoutMs)
     return true;
 }
 
+// Saves `bytes` to `path` in a child process that is ended in the middle of the save (by the
+// file-size signal, as a kill or a power cut would end it), so that the save's temporary file stays
+// behind. True when the child ended that way and `path` was not replaced.
+bool interruptedSave(const QString& path, const QByteArray& bytes);
+
+// The hidden files in `folder` (names starting with ".").
+QStringList hiddenFiles(const QString& folder);
+
 class KeyedTree;
 
 // The keys of a tree's nodes in their index order.
