@@ -3,8 +3,10 @@
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
 #include "browser/WebForm1.h"
+#include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "core/PageText.h"
 #include "widgets/ControlDrag.h"
 #include "widgets/GradientButton.h"
 #include "widgets/Twips.h"
@@ -21,6 +23,24 @@ namespace {
 const QString kMaximumQuestion =
     QStringLiteral("        That's It - Maximum is 8 ! - Continue in Last Window ?");
 }
+
+// Answers the limit's question with No, while the page that asked goes on asking for windows as
+// a storm of window.open calls does while the question is on screen.
+class StormBackend : public DialogService::Backend
+{
+public:
+    ScriptedBrowserWindow* window = nullptr;
+    int questions = 0;
+    void showMessage(const QString&, const QString&) override {}
+    DialogService::Answer askQuestion(const QString&, const QString&) override
+    {
+        ++questions;
+        for (int i = 0; i < 10; ++i)
+            emit window->newWindowRequested(QString("https://meanwhile%1.example/").arg(i), false);
+        return DialogService::Answer::No;
+    }
+    std::optional<QColor> chooseColor(const QString&, const QColor&) override { return std::nullopt; }
+};
 
 // The pool and the rows with scripted windows in place of browser windows: fast tests of the slot
 // logic. The real engine is tested in tst_browserwindow.
@@ -433,10 +453,84 @@ private slots:
     void newWindowRequestedByAPageOpensThroughTheNewButtonsPath()
     {
         ScriptedBrowserWindow* w = open("https://opener.example/");
-        emit w->newWindowRequested("https://popup.example/");
+        emit w->newWindowRequested("https://popup.example/", true);
         QCOMPARE(m_created.size(), 2);
         QCOMPARE(pool()->ie(2), m_created[1]);
         QCOMPARE(m_created[1]->navigations, QStringList{"https://popup.example/"});
+    }
+    void aStormOfPopupsWithEightWindowsOpenAsksOnce()
+    {
+        ManualClock clock(QDateTime(QDate(2026, 5, 1), QTime(12, 0)));
+        Clock::setInstance(&clock);
+        openEight();
+        // The question is on screen while the page goes on asking: those requests are dropped.
+        StormBackend backend;
+        backend.window = window(3);
+        DialogService::setBackend(&backend);
+        for (int i = 0; i < 50; ++i) {
+            emit window(3)->newWindowRequested(QString("https://popup%1.example/").arg(i), false);
+            clock.advanceSeconds(0.01);
+        }
+        DialogService::setBackend(nullptr);
+        QCOMPARE(backend.questions, 1);
+        QCOMPARE(DialogService::shownTexts(), QStringList{kMaximumQuestion});
+        QCOMPARE(m_created.size(), 8);
+        QCOMPARE(g.WindowCount, 8);
+
+        // After a pause the page may ask again: a new burst, a new question.
+        clock.advanceSeconds(2);
+        DialogService::setNextAnswer(DialogService::Answer::No);
+        emit window(3)->newWindowRequested("https://later.example/", false);
+        QCOMPARE(DialogService::shownTexts().size(), 2);
+        // The user's own clicks always reach the New button's path, in a burst or not.
+        DialogService::setNextAnswer(DialogService::Answer::No);
+        emit window(3)->newWindowRequested("https://clicked.example/", true);
+        QCOMPARE(DialogService::shownTexts().size(), 3);
+        Clock::setInstance(nullptr);
+    }
+    void popupsOfOnePageFillTheFreeSlotsThenAskOnce()
+    {
+        ManualClock clock(QDateTime(QDate(2026, 5, 1), QTime(12, 0)));
+        Clock::setInstance(&clock);
+        ScriptedBrowserWindow* opener = open("https://opener.example/");
+        DialogService::setNextAnswer(DialogService::Answer::No);
+        for (int i = 0; i < 50; ++i)
+            emit opener->newWindowRequested(QString("https://popup%1.example/").arg(i), false);
+        QCOMPARE(m_created.size(), 8);
+        QCOMPARE(window(8)->navigations, QStringList{"https://popup6.example/"});
+        QCOMPARE(DialogService::shownTexts(), QStringList{kMaximumQuestion});
+        Clock::setInstance(nullptr);
+    }
+    void titlesAndAddressesOfAPageAreCutToTheirBound()
+    {
+        ScriptedBrowserWindow* w = open("https://huge.example/");
+        const QString hugeTitle(5'000'000, u't');
+        const QString hugeUrl = "https://huge.example/?" + QString(3'000'000, u'q');
+        emit w->beforeNavigate(hugeUrl);
+        QCOMPARE(surf()->Button(0)->text().size(), kMaxPageTextLength);
+        emit w->titleChange(hugeTitle);
+        QCOMPARE(surf()->Button(0)->text(), hugeTitle.left(kMaxPageTextLength));
+        w->title = hugeTitle;
+        QSignalSpy completed(pool(), &WebForm1::documentCompleted);
+        emit w->navigateComplete(hugeUrl);
+        QCOMPARE(g.CurrentUrl, hugeUrl.left(kMaxPageTextLength));
+        emit w->documentComplete(hugeUrl);
+        QCOMPARE(completed.size(), 1);
+        QCOMPARE(g.CurrentTitle, hugeTitle.left(kMaxPageTextLength));
+        QCOMPARE(g.CurrentUrl, hugeUrl.left(kMaxPageTextLength));
+        QCOMPARE(surf()->Button(0)->tag(), hugeUrl.left(kMaxPageTextLength));
+        QCOMPARE(surf()->Button(0)->toolTip(), hugeUrl.left(kMaxPageTextLength));
+        QCOMPARE(surf()->Button(0)->text(), hugeTitle.left(kMaxPageTextLength));
+        // A title of normal length is taken as it is; a pair of surrogates is never split.
+        const QString emoji = QString(kMaxPageTextLength - 1, u'a') + QString::fromUtf8("\xF0\x9F\x98\x80");
+        emit w->titleChange(emoji);
+        QCOMPARE(surf()->Button(0)->text(), QString(kMaxPageTextLength - 1, u'a'));
+        emit w->titleChange("Normal Title");
+        QCOMPARE(surf()->Button(0)->text(), QStringLiteral("Normal Title"));
+        // A page asking for a window with an enormous address hands over no more than the bound.
+        DialogService::setNextAnswer(DialogService::Answer::No);
+        emit w->newWindowRequested(hugeUrl, true);
+        QCOMPARE(m_created.last()->navigations, QStringList{hugeUrl.left(kMaxPageTextLength)});
     }
 };
 

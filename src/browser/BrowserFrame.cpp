@@ -1,6 +1,7 @@
 #include "BrowserFrame.h"
 
 #include "BrowserPage.h"
+#include "core/PageText.h"
 
 #include <QCloseEvent>
 #include <QFileInfo>
@@ -101,11 +102,11 @@ BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
     connect(reload, &QPushButton::clicked, this, &BrowserFrame::reloadAfterCrash);
     connect(page, &QWebEnginePage::urlChanged, this, [this](const QUrl& url) {
         if (!m_address->hasFocus())
-            m_address->setText(url.toDisplayString());
+            m_address->setText(boundedPageText(url.toDisplayString()));
         updateNavigation();
     });
     connect(page, &QWebEnginePage::titleChanged, this,
-            [this](const QString& title) { setWindowTitle(title); });
+            [this](const QString& title) { setWindowTitle(boundedPageText(title)); });
     connect(page, &QWebEnginePage::iconChanged, this, [this](const QIcon& icon) { setWindowIcon(icon); });
     connect(page, &QWebEnginePage::loadStarted, this, [this] {
         m_loading = true;

@@ -32,6 +32,7 @@ signals:
     void titleChange(const QString& title);
     // The window was closed, by the user or by quit().
     void quitted();
-    // A page of this window asked for a new window showing `url`.
-    void newWindowRequested(const QString& url);
+    // A page of this window asked for a new window showing `url`; `userInitiated` when the user
+    // clicked for it, false when the page's script asked by itself.
+    void newWindowRequested(const QString& url, bool userInitiated);
 };

@@ -1,5 +1,7 @@
 #include "FrameReport.h"
 
+#include "core/PageText.h"
+
 #include <QRandomGenerator>
 #include <QStringList>
 
@@ -19,16 +21,28 @@ QString makeToken()
 
 QString scriptSource(const QString& token)
 {
+    // Only the engine's own load event counts, once per document: a page can dispatch a "load" of
+    // its own (isTrusted false) as often as it likes. Titles and addresses are cut here already,
+    // so that a page's enormous title does not even travel.
     return QStringLiteral(R"JS((function () {
     var token = '%1';
+    var limit = %2;
     var top = window === window.top;
+    var loaded = false;
+    function text(s) { return String(s).slice(0, limit).replace(/\u001f/g, ' '); }
     function report(kind) {
-        console.log([token, kind, top ? '1' : '0', location.href, top ? document.title.replace(/\u001f/g, ' ') : ''].join('\u001f'));
+        console.log([token, kind, top ? '1' : '0', text(location.href), top ? text(document.title) : ''].join('\u001f'));
     }
     report('c');
-    window.addEventListener('load', function () { report('l'); });
+    window.addEventListener('load', function (event) {
+        if (!event.isTrusted || loaded)
+            return;
+        loaded = true;
+        report('l');
+    });
 })();)JS")
-        .arg(token);
+        .arg(token)
+        .arg(kMaxPageTextLength);
 }
 
 std::optional<Report> parse(const QString& message, const QString& token)

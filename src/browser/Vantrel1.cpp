@@ -112,9 +112,13 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     auto* help = new QShortcut(QKeySequence::HelpContents, this);
     help->setContext(Qt::ApplicationShortcut);
     connect(help, &QShortcut::activated, this, &Vantrel1::showHelp);
-    connect(m_webForm, &WebForm1::newWindowRequested, this, [this](const QString& url) {
+    connect(m_webForm, &WebForm1::newWindowRequested, this, [this](const QString& url, bool userInitiated) {
+        if (!m_newWindowGate.admit(userInitiated, Clock::secondsSinceMidnight()))
+            return;
+        const bool atLimit = globals().WindowCount >= kWindowSlots;
         globals().CurrentUrl = url;
         NewBtnAction(true);
+        m_newWindowGate.opened(atLimit, Clock::secondsSinceMidnight());
     });
 
     m_timer = new QTimer(this);
@@ -159,6 +163,7 @@ void Vantrel1::Form_Load()
         m_surf->hideRow(row);
     g.FavoritesPath = GetFavoritesFolder(kFavoritesFolderId);
     favorites()->RefreshBtn_Click();
+    favorites()->removeLeftoverTemporaries();
     quickButtons()->LoadButtons();
     m_listsPanel->lists()->LoadListTree();
     // The history tree is built from the records only when the history file exists.
@@ -233,12 +238,15 @@ QComboBox* Vantrel1::CMBLIST() const
     return m_options->CMBLIST();
 }
 
+About1* Vantrel1::aboutBox() const
+{
+    return m_about;
+}
+
 void Vantrel1::AboutBtn_Click()
 {
-    if (!m_about) {
+    if (!m_about)
         m_about = new About1(this);
-        connect(m_about, &QObject::destroyed, this, [this] { m_about = nullptr; });
-    }
     if (!globals().AboutShown)
         m_about->Form_Load();
     m_about->show();

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "NewWindowGate.h"
+
+#include <QPointer>
 #include <QWidget>
 
 class About1;
@@ -68,7 +71,7 @@ public:
     HistoryPanel* historyPanel() const { return m_historyPanel; }
     QComboBox* CMBLIST() const;
     OptionsPanel* optionsPanel() const { return m_options; }
-    About1* aboutBox() const { return m_about; }
+    About1* aboutBox() const;
     HelpWindow* helpWindow() const { return m_help; }
     // Short ways to the Favorites tab's parts.
     KeyedTree* SSTree1() const;
@@ -109,7 +112,8 @@ private:
     ListsPanel* m_listsPanel;
     HistoryPanel* m_historyPanel;
     OptionsPanel* m_options;
-    About1* m_about = nullptr;
+    QPointer<About1> m_about; // the box may be closed and deleted at any time
+    NewWindowGate m_newWindowGate;
     HelpWindow* m_help = nullptr;
     WebForm1* m_webForm;
     QTimer* m_timer;

@@ -3,6 +3,7 @@
 #include "BrowserFrame.h"
 #include "BrowserPage.h"
 #include "BrowserProfile.h"
+#include "core/PageText.h"
 
 #include <QTimer>
 #include <QWebEngineNewWindowRequest>
@@ -29,7 +30,7 @@ WebBrowserWindow::WebBrowserWindow(QObject* parent)
     connect(m_page, &QWebEnginePage::titleChanged, this, &WebBrowserWindow::onTitleChanged);
     connect(m_page, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         // Not opened here: the pool opens it like any other page, in a slot of its own.
-        emit newWindowRequested(request.requestedUrl().toString());
+        emit newWindowRequested(request.requestedUrl().toString(), request.isUserInitiated());
     });
     connect(m_frame, &BrowserFrame::closed, this, [this] {
         if (m_quitted)
@@ -121,7 +122,8 @@ void WebBrowserWindow::onTitleChanged()
     // The engine names an untitled page after its address; only a title the document itself
     // carries counts as a title change.
     const quint64 load = m_loadNumber;
-    m_page->runJavaScript(QStringLiteral("document.title"), QWebEngineScript::ApplicationWorld,
+    m_page->runJavaScript(QStringLiteral("document.title.slice(0, %1)").arg(kMaxPageTextLength),
+                          QWebEngineScript::ApplicationWorld,
                           [self = QPointer<WebBrowserWindow>(this), load](const QVariant& result) {
                               if (!self || load != self->m_loadNumber)
                                   return;

@@ -4,6 +4,7 @@
 #include "BrowserWindow.h"
 #include "SurfPanel.h"
 #include "core/Globals.h"
+#include "core/PageText.h"
 #include "widgets/GradientButton.h"
 
 namespace {
@@ -110,15 +111,20 @@ void WebForm1::SelectieWindow(int slot)
 
 void WebForm1::connectWindow(int slot, BrowserWindow* window)
 {
+    // Every title and address a page hands over is cut to its bound on the way in.
     connect(window, &BrowserWindow::beforeNavigate, this,
-            [this, slot](const QString& url) { BeforeNavigate2(slot, url); });
-    connect(window, &BrowserWindow::navigateComplete, this, &WebForm1::NavigateComplete2);
+            [this, slot](const QString& url) { BeforeNavigate2(slot, boundedPageText(url)); });
+    connect(window, &BrowserWindow::navigateComplete, this,
+            [this](const QString& url) { NavigateComplete2(boundedPageText(url)); });
     connect(window, &BrowserWindow::documentComplete, this,
-            [this, slot](const QString& url) { DocumentComplete(slot, url); });
+            [this, slot](const QString& url) { DocumentComplete(slot, boundedPageText(url)); });
     connect(window, &BrowserWindow::titleChange, this,
-            [this, slot](const QString& title) { TitleChange(slot, title); });
+            [this, slot](const QString& title) { TitleChange(slot, boundedPageText(title)); });
     connect(window, &BrowserWindow::quitted, this, [this, slot, window] { OnQuit(slot, window); });
-    connect(window, &BrowserWindow::newWindowRequested, this, &WebForm1::newWindowRequested);
+    connect(window, &BrowserWindow::newWindowRequested, this,
+            [this](const QString& url, bool userInitiated) {
+                emit newWindowRequested(boundedPageText(url), userInitiated);
+            });
 }
 
 void WebForm1::BeforeNavigate2(int slot, const QString& url)
@@ -140,7 +146,7 @@ void WebForm1::DocumentComplete(int slot, const QString& url)
     row->setToolTip(url);
     g.CurrentUrl = url;
     if (BrowserWindow* window = ie(slot))
-        g.CurrentTitle = window->locationName();
+        g.CurrentTitle = boundedPageText(window->locationName());
     row->setText(g.CurrentTitle);
     emit documentCompleted(slotName(slot));
 }

@@ -46,7 +46,7 @@ signals:
     // A document of the slot's window completed: the history records CurrentUrl and CurrentTitle.
     void documentCompleted(const QString& slotName);
     // A page asked for a new window showing `url`.
-    void newWindowRequested(const QString& url);
+    void newWindowRequested(const QString& url, bool userInitiated);
 
 private:
     void connectWindow(int slot, BrowserWindow* window);

@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QStyleOptionButton>
 
+#include <algorithm>
+
 GradientButton::GradientButton(QWidget* parent) : QPushButton(parent)
 {
     setCheckable(true); // the state value lives in the checked state
@@ -109,7 +111,7 @@ void GradientButton::paintEvent(QPaintEvent*)
         textRect.setLeft(iconRect.right() + 4);
     }
     p.setFont(font());
-    const QString caption = fontMetrics().elidedText(text(), Qt::ElideRight, textRect.width());
+    const QString caption = elidedCaption(textRect.width());
     const QPoint offset = lightCopyOffset(m_textStyle);
     if (!offset.isNull() && isEnabled()) {
         p.setPen(palette().color(QPalette::Light));
@@ -124,6 +126,60 @@ void GradientButton::paintEvent(QPaintEvent*)
         focus.rect = r.adjusted(2, 2, -2, -2);
         style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &p, this);
     }
+}
+
+namespace {
+// No character that is drawn is narrower than a pixel, so a caption's first `width` + 1 characters
+// are all that can ever be shown in `width` pixels: the rest is never measured.
+QString visiblePart(const QString& text, int width)
+{
+    qsizetype length = std::max(width, 0) + 1;
+    if (text.size() <= length)
+        return text;
+    if (text.at(length - 1).isHighSurrogate())
+        --length;
+    return text.left(length) + QChar(0x2026); // it goes on: the ellipsis shows it
+}
+
+// A size hint measures no more of a caption than a screen could show.
+constexpr int kHintCharacters = 512;
+} // namespace
+
+QString GradientButton::elidedCaption(int width) const
+{
+    // Eliding measures the caption: done once per change of caption, font or width, not at
+    // every paint.
+    const QString caption = text();
+    if (caption.constData() != m_elidedFor.constData() || caption.size() != m_elidedFor.size() ||
+        width != m_elidedWidth || font() != m_elidedFont) {
+        m_elidedFor = caption;
+        m_elidedWidth = width;
+        m_elidedFont = font();
+        m_elided = fontMetrics().elidedText(visiblePart(caption, width), Qt::ElideRight, width);
+    }
+    return m_elided;
+}
+
+QSize GradientButton::sizeHint() const
+{
+    const QString caption = text();
+    if (caption.size() <= kHintCharacters)
+        return QPushButton::sizeHint();
+    // As the push button measures itself, over the part of the caption that can be seen.
+    QStyleOptionButton option;
+    initStyleOption(&option);
+    option.text = visiblePart(caption, kHintCharacters);
+    QSize content = fontMetrics().size(Qt::TextShowMnemonic, option.text);
+    if (!icon().isNull()) {
+        content.rwidth() += iconSize().width() + 4;
+        content.setHeight(std::max(content.height(), iconSize().height()));
+    }
+    return style()->sizeFromContents(QStyle::CT_PushButton, &option, content, this);
+}
+
+QSize GradientButton::minimumSizeHint() const
+{
+    return text().size() <= kHintCharacters ? QPushButton::minimumSizeHint() : sizeHint();
 }
 
 void GradientButton::setTextStyle(int style)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <QPushButton>
 
 #include <cstdint>
@@ -53,6 +54,12 @@ public:
     QColor resolvedTextColor() const;
     QColor resolvedEndColor() const;
 
+    // The caption as painted in `width` pixels: elided at the right when it does not fit.
+    QString elidedCaption(int width) const;
+
+    QSize sizeHint() const override;
+    QSize minimumSizeHint() const override;
+
 signals:
     void controlDropped(const QString& sourceTag);
 
@@ -69,4 +76,8 @@ private:
     int32_t m_textColor = int32_t(0x80000012); // button text
     int32_t m_endColor = int32_t(0x8000000F);
     int m_textStyle = Flat;
+    mutable QString m_elidedFor; // the caption m_elided was made from (shares its characters)
+    mutable int m_elidedWidth = -1;
+    mutable QFont m_elidedFont;
+    mutable QString m_elided;
 };
