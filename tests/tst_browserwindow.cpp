@@ -1,5 +1,4 @@
-#include "LocalHttpServer.h"
-#include "TestSupport.h"
+#include "RealBrowserTest.h"
 #include "browser/BrowserEngine.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserPage.h"
@@ -34,59 +33,16 @@
 #include <csignal>
 #include <memory>
 
-namespace {
-constexpr int kLoadTimeoutMs = 30000;
-}
-
 // The pool with the real browser engine on local pages: files, and pages of a small HTTP server
 // on 127.0.0.1.
-class TestBrowserWindow : public QObject
+class TestBrowserWindow : public RealBrowserTest
 {
     Q_OBJECT
-
-    Globals& g = globals();
-    std::unique_ptr<TempAppFolder> m_app;
-    std::unique_ptr<Vantrel1> m_main;
-    LocalHttpServer m_server;
-    QTemporaryDir m_pages;
-    QTemporaryDir m_profile;
-
-    QString pageFile(const QString& name, const QByteArray& html)
-    {
-        const QString path = m_pages.filePath(name);
-        writeAll(path, html);
-        return QUrl::fromLocalFile(path).toString();
-    }
-    WebBrowserWindow* window(int slot)
-    {
-        return qobject_cast<WebBrowserWindow*>(m_main->webForm()->ie(slot));
-    }
-    GradientButton* row(int slot) { return m_main->surf()->Button(slot - 1); }
-    void open(const QString& url)
-    {
-        g.CurrentUrl = url;
-        m_main->NewBtnAction(true);
-    }
-    // Opens `url` in a new window and waits for `documents` completed documents (at most the
-    // load time-out); their addresses, in order, are returned.
-    QStringList openAndWait(const QString& url, int documents = 1)
-    {
-        QStringList completed;
-        auto connection = connect(m_main->webForm(), &WebForm1::documentCompleted, this,
-                                  [&] { completed << g.CurrentUrl; });
-        open(url);
-        waitFor([&] { return completed.size() >= documents; }, kLoadTimeoutMs);
-        disconnect(connection);
-        return completed;
-    }
 
 private slots:
     void initTestCase()
     {
-        // The engine is linked into this test; one profile serves the whole test program.
-        BrowserProfile::setStorageFolder(m_profile.path());
-        BrowserEngine::setWindowMaker([](QObject* parent) { return new WebBrowserWindow(parent); });
-        QVERIFY(m_server.start());
+        QVERIFY(startEngine());
         m_server.setPage("/titled.html",
                          "<html><head><title>Served Title</title></head><body>hello</body></html>");
         m_server.setPage("/plain.html", "<html><body>no title here</body></html>");
@@ -100,21 +56,8 @@ private slots:
                          "<html><head><title>Opener</title></head><body>"
                          "<a id='l' href='/titled.html' target='_blank'>open</a></body></html>");
     }
-    void init()
-    {
-        m_app = std::make_unique<TempAppFolder>();
-        m_main = std::make_unique<Vantrel1>();
-        m_main->Form_Load();
-        DialogService::clearShown();
-    }
-    void cleanup()
-    {
-        if (m_main)
-            m_main->Form_Unload();
-        m_main.reset();
-        QTest::qWait(50); // let the engine take the closed windows down
-        m_app.reset();
-    }
+    void init() { startMain(); }
+    void cleanup() { stopMain(); }
 
     void rowShowsTheAddressFirstAndThenTheTitle()
     {
