@@ -6,7 +6,9 @@
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
+#include "core/FileName.h"
 #include "core/Globals.h"
+#include "core/TextFile.h"
 #include "favorites/FavoritesTree.h"
 #include "favorites/QuickButtons.h"
 #include "widgets/ControlDrag.h"
@@ -20,6 +22,7 @@
 #include <QTest>
 
 #include <memory>
+#include <sys/stat.h>
 
 // Records the addresses the program asks the desktop to open.
 class UrlRecorder : public QObject
@@ -451,6 +454,77 @@ private slots:
         QCOMPARE(keys(), QStringList{"one"});
         QTest::mouseClick(m_main->RefreshBtn(), Qt::LeftButton);
         QCOMPARE(keys(), (QStringList{"one", "two"}));
+    }
+    void namesThatAreNotUtf8AreListedOpenedDeletedAndTakeDrops()
+    {
+        qputenv("XDG_DATA_HOME", m_dataHome.path().toUtf8());
+        // Names as bytes, past any conversion of the test's own helpers.
+        auto write = [](const QByteArray& path, const QByteArray& bytes) {
+            return TextFile::writeAtomically(FileName::decode(path), bytes).ok();
+        };
+        auto read = [](const QByteArray& path) { return TextFile::readBytes(FileName::decode(path)).bytes; };
+        auto exists = [](const QByteArray& path) {
+            struct stat st
+            {
+            };
+            return ::lstat(path.constData(), &st) == 0;
+        };
+        // A folder and a shortcut named in an old single-byte code page, as copied from an old disk.
+        const QByteArray root = QFile::encodeName(m_app->favorites());
+        QCOMPARE(::mkdir((root + "/Old\xE9").constData(), 0755), 0);
+        QVERIFY(write(root + "/Old\xE9/Caf\xE9.url", "[InternetShortcut]\r\nURL=https://cafe/\r\n"));
+        QVERIFY(write(root + "/R\xF6ot.url", "[InternetShortcut]\r\nURL=https://root/\r\n"));
+        start();
+        const QString folder = FileName::decode("Old\xE9");
+        const QString inFolder = folder + '/' + FileName::decode("Caf\xE9");
+        QCOMPARE(keys(), (QStringList{folder, inFolder, FileName::decode("R\xF6ot")}));
+        QCOMPARE(tree()->node(folder)->nodeText().at(3), QChar(0xDCE9)); // painted as a replacement
+
+        // It opens: a click makes its address current.
+        tree()->setCurrentItem(tree()->node(inFolder));
+        favorites()->nodeClicked(tree()->node(inFolder));
+        QCOMPARE(g.CurrentUrl, QStringLiteral("https://cafe/"));
+
+        // It takes drops: the new shortcut lies in the folder of that very name.
+        g.CurrentUrl = "https://row.example/";
+        g.CurrentTitle = "Dropped";
+        dropControl("AddBtn", pointOf(folder));
+        QVERIFY(read(root + "/Old\xE9/Dropped.URL").contains("URL=https://row.example/"));
+        QVERIFY(tree()->node(folder + "/Dropped"));
+
+        // It goes to the trash with its own name, and the trash knows where it came from.
+        DialogService::setNextAnswer(DialogService::Answer::Yes);
+        favorites()->deleteRequested(tree()->node(inFolder));
+        QVERIFY(!exists(root + "/Old\xE9/Caf\xE9.url"));
+        const QByteArray trash = QFile::encodeName(m_dataHome.filePath("Trash"));
+        QVERIFY(exists(trash + "/files/Caf\xE9.url"));
+        const QByteArray info = read(trash + "/info/Caf\xE9.url.trashinfo");
+        QVERIFY2(info.contains("Path=" + (root + "/Old\xE9/Caf\xE9.url").toPercentEncoding("/")), info.constData());
+        DialogService::setNextAnswer(DialogService::Answer::Yes);
+        favorites()->deleteRequested(tree()->node(folder));
+        QVERIFY(!exists(root + "/Old\xE9"));
+        QVERIFY(exists(trash + "/files/Old\xE9/Dropped.URL"));
+        qunsetenv("XDG_DATA_HOME");
+    }
+    void startUpRemovesWhatInterruptedSavesOfShortcutsLeft()
+    {
+        shortcut("Links/news.url", "https://news/");
+        QVERIFY(interruptedSave(fav("Links/news.url"), QByteArray(50000, 'x')));
+        QVERIFY(interruptedSave(fav("top.URL"), QByteArray(50000, 'x')));
+        QVERIFY(interruptedSave(fav(QString(240, u'n') + ".URL"), QByteArray(50000, 'x'))); // a cut name
+        QCOMPARE(hiddenFiles(fav("Links")).size(), 1);
+        QCOMPARE(hiddenFiles(m_app->favorites()).size(), 2);
+        // Hidden files of other programs stay, temporary or not.
+        QVERIFY(writeAll(fav("Links/.notes.txt.1a.tmp"), "theirs"));
+        QVERIFY(writeAll(fav(".directory"), "theirs"));
+        start();
+        QCOMPARE(hiddenFiles(fav("Links")), QStringList{".notes.txt.1a.tmp"});
+        QCOMPARE(hiddenFiles(m_app->favorites()), QStringList{".directory"});
+        QVERIFY(QFileInfo::exists(fav("Links/news.url")));
+        // Only a start tidies: a refresh leaves a save that another program has under way alone.
+        QVERIFY(interruptedSave(fav("Links/news.url"), QByteArray(50000, 'x')));
+        QTest::mouseClick(m_main->RefreshBtn(), Qt::LeftButton);
+        QCOMPARE(hiddenFiles(fav("Links")).size(), 2);
     }
     void rowDraggedOntoTheTreeBecomesAFavourite()
     {
