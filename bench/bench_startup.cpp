@@ -1,7 +1,9 @@
 // (1) Start-up of a fresh process to the main window shown and idle, with full data files (1001
 //     list records, 10001 history records, 32 buttons), set against a bare Qt Widgets program
 //     showing one window, in the same run.
-// (2) CPU used by the idle program over 30 seconds, read from /proc for a real run of vantrel.
+// (2) The same start with one 50 MB caption in the button file, one 50 MB title in the list file
+//     and one in the history file, set against the normal start plus reading those bytes.
+// (3) CPU used by the idle program over 30 seconds, read from /proc for a real run of vantrel.
 #include "BenchSupport.h"
 #include "IdleAfterPaint.h"
 #include "browser/BrowserEngine.h"
@@ -17,6 +19,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QEventLoop>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QThread>
@@ -35,7 +38,9 @@ namespace {
 constexpr int kRuns = 11;
 constexpr int kIdleSeconds = 30;
 
-void writeFullDataFiles(const QString& folder)
+constexpr qsizetype kHugeText = 50 * 1000 * 1000;
+
+void writeFullDataFiles(const QString& folder, bool huge = false)
 {
     Globals& g = globals();
     g.AppPath = folder;
@@ -52,6 +57,12 @@ void writeFullDataFiles(const QString& folder)
     for (int i = 0; i < 32; ++i) {
         g.BtnTitle[i] = QStringLiteral("Button %1").arg(i);
         g.BtnUrl[i] = QStringLiteral("https://www.example.org/button/%1").arg(i);
+    }
+    if (huge) {
+        // Files that another program wrote, or that a page filled before titles were bounded.
+        g.BtnTitle[0] = QString(kHugeText, u'B');
+        g.ListTitle[0] = QString(kHugeText, u'L');
+        g.HistTitle[kHistoryCapacity - 1] = QString(kHugeText, u'H');
     }
     SaveListFile(kListCapacity);
     SaveHistoryFile(kHistoryCapacity);
@@ -169,6 +180,38 @@ int main(int argc, char* argv[])
     std::sort(bare.begin(), bare.end());
     std::printf("process start to main window shown and idle, full data files, medians of %d runs\n", kRuns);
     report("start-up to idle", program[kRuns / 2], "bare Qt window", bare[kRuns / 2], 2.0);
+
+    const QString hugeHome = dir.filePath("huge");
+    const QString hugeFolder = hugeHome + QStringLiteral("/Vantrel");
+    QDir().mkpath(hugeFolder);
+    writeFullDataFiles(hugeFolder, true);
+    QProcessEnvironment hugeEnv = env;
+    hugeEnv.insert(QStringLiteral("XDG_DATA_HOME"), hugeHome);
+    const QStringList dataFiles = {QString::fromLatin1(kButtonFileName), QString::fromLatin1(kListFileName),
+                                   QString::fromLatin1(kHistoryFileName)};
+    const double readMs = medianMs(kRuns, [&] {
+        for (const QString& name : dataFiles) {
+            QFile file(hugeFolder + u'/' + name);
+            file.open(QIODevice::ReadOnly);
+            const QByteArray bytes = file.readAll();
+            const QString text = QString::fromUtf8(bytes); // the program reads them as text
+            if (text.isEmpty())
+                std::printf("nothing read\n");
+        }
+    });
+    std::vector<double> hugeStart;
+    for (int i = 0; i < kRuns; ++i)
+        hugeStart.push_back(
+            startToIdleMs(QCoreApplication::applicationFilePath(), {QStringLiteral("--child")}, hugeEnv));
+    std::sort(hugeStart.begin(), hugeStart.end());
+    std::printf("the same with a 50 MB caption in the button file and 50 MB titles in the list and history "
+                "files (reading those bytes as text: %.1f ms)\n",
+                readMs);
+    // Each 50 MB text is still copied a few times on its way into its record and its control (read,
+    // decoded, cut out of its line, named on its button); nothing measures or paints more of it
+    // than can be seen.
+    report("start-up to idle, 50 MB texts", hugeStart[kRuns / 2], "normal start + read", program[kRuns / 2] + readMs,
+           3.0);
 
     idleCpu(QStringLiteral(VANTREL_PROGRAM), dataHome);
     return 0;

@@ -25,22 +25,25 @@ void ClearButtons()
 bool ParseButtonText(const QString& text)
 {
     Globals& g = globals();
-    for (const QString& value : TextRules::inputLines(text)) {
+    bool valid = true;
+    // Each line is looked at in place; only its caption and address are copied out.
+    TextRules::forEachInputLine(text, [&](QStringView value) {
         const qsizetype p = value.indexOf(kNumberEnd);
         if (p < 0)
-            return false;
+            return valid = false;
         RunError error;
-        const auto number = TextRules::toInteger(TextRules::val(value.left(p)), &error);
+        const auto number = TextRules::toInteger(TextRules::val(value.first(p).toString()), &error);
         if (!number || *number < 0 || *number >= kButtonCapacity)
-            return false;
-        const QString rest = value.mid(p + kMarkLength);
+            return valid = false;
+        const QStringView rest = value.sliced(p + kMarkLength);
         const qsizetype q = rest.indexOf(kCaptionEnd);
         if (q < 0)
-            return false;
-        g.BtnTitle[*number] = rest.left(q);
-        g.BtnUrl[*number] = rest.mid(q + kMarkLength);
-    }
-    return true;
+            return valid = false;
+        g.BtnTitle[*number] = rest.first(q).toString();
+        g.BtnUrl[*number] = rest.sliced(q + kMarkLength).toString();
+        return true;
+    });
+    return valid;
 }
 
 bool LoadButtonFile(const QString& path)

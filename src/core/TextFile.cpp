@@ -10,6 +10,7 @@
 #include <algorithm>
 
 #include <cerrno>
+#include <climits>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -88,6 +89,10 @@ bool removeTemporaryFile(const QByteArray& native)
 ReadResult readBytes(const QString& path)
 {
     ReadResult result;
+    if (path.size() >= PATH_MAX) { // every character takes a byte at least: no such file can be
+        result.error = RunError::fromErrno(ENAMETOOLONG, path);
+        return result;
+    }
     const QByteArray native = FileName::encode(path);
     Fd fd(::open(native.constData(), O_RDONLY | O_CLOEXEC));
     if (fd.get() < 0) {

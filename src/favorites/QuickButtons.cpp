@@ -6,11 +6,12 @@
 #include "browser/Vantrel1.h"
 #include "core/ButtonFile.h"
 #include "core/Globals.h"
+#include "core/PageText.h"
 #include "widgets/GradientButton.h"
 
-#include <QFileInfo>
 #include <QGridLayout>
 #include <QTabWidget>
+
 
 namespace {
 
@@ -22,10 +23,22 @@ constexpr int kFavoritesTab = 2; // tabs counted from 1
 constexpr int kListsTab = 3;
 constexpr int kHistoryTab = 4;
 
-// A button shows the favourite's own name; its tool tip holds the name below the Favorites folder.
+// A button shows the favourite's own name (the file's name up to its last dot); its tool tip
+// holds the name below the Favorites folder. Worked out on the name in place: a name read from
+// the button file may be of any length.
 QString caption(const QString& relativeName)
 {
-    return QFileInfo(QString(relativeName).replace(u'\\', u'/')).completeBaseName();
+    // One pass from the end finds the last dot and the last separator.
+    qsizetype dot = -1;
+    qsizetype start = relativeName.size();
+    for (; start > 0; --start) {
+        const QChar c = relativeName.at(start - 1);
+        if (c == u'/' || c == u'\\')
+            break;
+        if (c == u'.' && dot < 0)
+            dot = start - 1;
+    }
+    return QStringView(relativeName).sliced(start, (dot >= 0 ? dot : relativeName.size()) - start).toString();
 }
 
 } // namespace
@@ -73,9 +86,10 @@ void QuickButtons::AssignPageToButton(int index)
     button->setIcon(ShellServices::smallIcon(g.FavFolderSel));
     button->setColors(g.ButtonBackColor, g.ButtonTextColor, g.ButtonEndColor);
     button->setTag(g.CurrentUrl);
-    button->setToolTip(g.CurrentTitle);
-    button->setText(caption(g.CurrentTitle));
-    button->setAccessibleName(tr("Quick button %1: %2").arg(index + 1).arg(caption(g.CurrentTitle)));
+    const QString name = caption(g.CurrentTitle);
+    button->setToolTip(boundedPageText(g.CurrentTitle));
+    button->setText(name);
+    button->setAccessibleName(tr("Quick button %1: %2").arg(index + 1).arg(boundedPageText(name)));
     g.BtnUrl[index] = g.CurrentUrl;
     g.BtnTitle[index] = g.CurrentTitle;
 }

@@ -12,6 +12,8 @@
 #include <QStyle>
 #include <QUrl>
 
+#include <climits>
+
 namespace ShellServices {
 
 bool moveToTrash(const QString& path)
@@ -33,6 +35,8 @@ QIcon smallIcon(const QString& path)
     static QFileIconProvider provider;
     static QHash<QString, QIcon> byKind;
     static const QIcon page = QApplication::style()->standardIcon(QStyle::SP_FileLinkIcon);
+    if (path.size() >= PATH_MAX)
+        return page; // no file has such a name: not even asked for
     const QFileInfo info(path);
     if (!info.exists())
         return page;

@@ -1,5 +1,7 @@
 #include "KeyedTree.h"
 
+#include "core/PageText.h"
+
 #include "ControlDrag.h"
 
 #include <QApplication>
@@ -33,6 +35,28 @@ KeyedNode::KeyedNode(const QString& key, const QString& text, int image)
 {
     setText(0, text);
     setIcon(0, imageIcon(image));
+}
+
+QVariant KeyedNode::data(int column, int role) const
+{
+    if (column == 0 && role == Qt::DisplayRole)
+        return m_displayed;
+    if (column == 0 && role == Qt::EditRole)
+        return m_text;
+    return QTreeWidgetItem::data(column, role);
+}
+
+void KeyedNode::setData(int column, int role, const QVariant& value)
+{
+    if (column != 0 || (role != Qt::DisplayRole && role != Qt::EditRole)) {
+        QTreeWidgetItem::setData(column, role, value);
+        return;
+    }
+    m_text = value.toString();
+    m_displayed = boundedPageText(m_text);
+    if (m_displayed.size() < m_text.size())
+        m_displayed += QChar(0x2026); // it goes on
+    emitDataChanged();
 }
 
 void KeyedNode::setImage(int image)

@@ -100,7 +100,10 @@ public:
     KeyedNode(const QString& key, const QString& text, int image);
 
     QString key() const { return m_key; }
-    QString nodeText() const { return text(0); }
+    // The node's whole text. The tree shows at most its first kMaxPageTextLength characters: a
+    // title of millions of characters read from a file would otherwise be measured at every
+    // paint.
+    QString nodeText() const { return m_text; }
     void setNodeText(const QString& text)
     {
         m_shownText = text;
@@ -108,7 +111,10 @@ public:
     }
     // The label as last set by the program, to tell an edit from it.
     QString shownText() const { return m_shownText; }
-    void acceptEditedText() { m_shownText = text(0); }
+    void acceptEditedText() { m_shownText = m_text; }
+
+    QVariant data(int column, int role) const override;
+    void setData(int column, int role, const QVariant& value) override;
     // A key follows the node's new name; the tree's index of keys must be told (KeyedTree::rekey).
     void setKeyUnchecked(const QString& key) { m_key = key; }
     int image() const { return m_image; }
@@ -122,6 +128,8 @@ public:
 
 private:
     QString m_key;
+    QString m_text;
+    QString m_displayed; // what the tree shows of m_text
     QString m_shownText;
     int m_image;
     QString m_tag;
