@@ -9,9 +9,14 @@ mode=$2
 work=$(mktemp -d)
 finish() {
     if [ -n "${app:-}" ]; then
-        kill "$app" 2>/dev/null || true
+        # The program leads a process group of its own: it and the engine's helpers go together.
+        kill -TERM -- "-$app" 2>/dev/null || true
+        for _ in $(seq 1 50); do
+            pgrep -g "$app" >/dev/null || break
+            sleep 0.1
+        done
+        kill -KILL -- "-$app" 2>/dev/null || true
         wait "$app" 2>/dev/null || true
-        sleep 0.5 # the engine's helper processes end with the program
     fi
     rm -rf "$work" 2>/dev/null || true
 }
@@ -50,9 +55,10 @@ printf ' 100  100  8100  4700  1  0 \r\n 0  1  0  0  0 \r\nfile://%s\r\nabout:bl
     > "$work/data/Vantrel/Options.INI"
 printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
     > "$work/data/Vantrel/Colors.INI"
-(cd "$work" && HOME="$work/home" XDG_DATA_HOME="$work/data" QT_QPA_PLATFORM=offscreen \
-    "$prefix/bin/vantrel" >"$work/out.log" 2>&1) &
-app=$!
+cd "$work"
+HOME="$work/home" XDG_DATA_HOME="$work/data" QT_QPA_PLATFORM=offscreen \
+    setsid "$prefix/bin/vantrel" >"$work/out.log" 2>&1 &
+app=$! # the program itself (setsid runs it in place, in a new session and process group)
 for _ in $(seq 1 600); do
     [ -d "$work/data/Vantrel/Browser" ] && break
     kill -0 "$app" 2>/dev/null || { echo "the program ended"; tail -20 "$work/out.log"; exit 1; }
