@@ -7,6 +7,7 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/ListFile.h"
+#include "browser/OptionsPanel.h"
 #include "favorites/FavoritesTree.h"
 #include "lists/ListsPanel.h"
 #include "lists/ListsTree.h"
@@ -21,6 +22,7 @@
 #include <QGroupBox>
 #include <QMimeData>
 #include <QTabWidget>
+#include <QPushButton>
 #include <QTest>
 
 #include <memory>
@@ -521,6 +523,27 @@ private slots:
         QCOMPARE(tickFor(0.6), QStringList{"https://b1/"});
         QCOMPARE(tickFor(31.2 + 90), QStringList{"https://b2/"}); // the default interval stays 30 s
         QCOMPARE(m_created.size(), 2);
+    }
+    void noStartUpListChosenRunsNothingAndStaysUnchosen()
+    {
+        QVERIFY(writeAll(m_app->file("Options.INI"),
+                         " 7100  250  8100  4700  1 -1 \r\n 0  0  1  0  1 \r\na\r\nb\r\n"));
+        start("A[#@!] [#@!] \r\nA[#@!]a1[#@!]https://a1/\r\nB[#@!] [#@!] \r\n");
+        QCOMPARE(m_main->CMBLIST()->count(), 2);
+        QCOMPARE(m_main->CMBLIST()->currentIndex(), -1);
+        QVERIFY(!g.RunListRunning);
+        QCOMPARE(tickFor(5), QStringList{});
+        QVERIFY(m_created.isEmpty());
+        // Apply keeps "no list"; so do saving the lists and a new start.
+        QTest::mouseClick(m_main->optionsPanel()->findChild<QPushButton*>("WinOptnBtn"), Qt::LeftButton);
+        QCOMPARE(g.StartListIndex, -1);
+        QVERIFY(readAll(m_app->file("Options.INI")).split('\r').first().simplified().endsWith(" 1 -1"));
+        lists()->SaveListBtn_Click();
+        QCOMPARE(m_main->CMBLIST()->currentIndex(), -1);
+        // A list that the user chooses is kept and runs.
+        m_main->CMBLIST()->setCurrentIndex(0);
+        QTest::mouseClick(m_main->optionsPanel()->findChild<QPushButton*>("WinOptnBtn"), Qt::LeftButton);
+        QCOMPARE(g.StartListIndex, 0);
     }
     void startUpListIndexBeyondTheListsIsReported()
     {

@@ -204,6 +204,8 @@ void OptionsPanel::ShowOptionControls()
             return;
         }
         m_cmbList->setCurrentIndex(g.StartListIndex);
+    } else if (g.StartListIndex < 0) {
+        m_cmbList->setCurrentIndex(-1); // no start-up list chosen
     }
 }
 

@@ -219,8 +219,9 @@ void Vantrel1::Form_GotFocus()
 void Vantrel1::StartStartupList()
 {
     Globals& g = globals();
-    if (CMBLIST()->currentIndex() >= 0)
-        g.RunListName = CMBLIST()->currentText();
+    if (CMBLIST()->currentIndex() < 0)
+        return; // no start-up list was chosen: nothing runs
+    g.RunListName = CMBLIST()->currentText();
     if (!BuildRunList(g.RunListName.toUpper()))
         return;
     g.RunListRunning = true;

@@ -46,6 +46,7 @@ void ListsTree::LoadListTree()
         // A page whose list is missing, or that its list holds already, is skipped.
         PageTree::addPage(m_tree, name, g.ListTitle[i], g.ListUrl[i]);
     }
+    m_listNames->setCurrentIndex(-1); // filling the box chooses no list by itself
 }
 
 void ListsTree::SaveListBtn_Click()
@@ -57,6 +58,7 @@ void ListsTree::SaveListBtn_Click()
     for (int i = 0; i < n; ++i)
         if (g.ListUrl[i].trimmed().isEmpty())
             m_listNames->addItem(g.ListName[i]);
+    m_listNames->setCurrentIndex(-1);
     SortLists();
     SaveListFile(n);
 }
