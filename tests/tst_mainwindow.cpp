@@ -1,6 +1,7 @@
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
 #include "browser/SurfPanel.h"
+#include "about/About1.h"
 #include "browser/Vantrel1.h"
 #include "browser/WebForm1.h"
 #include "core/Clock.h"
@@ -24,6 +25,25 @@
 #include <memory>
 
 // The main window's load, first focus, unload, tabs and layout, with scripted browser windows.
+// Answers No, and looks at the screen at the moment of the question.
+class AskingBackend : public DialogService::Backend
+{
+public:
+    explicit AskingBackend(std::function<void()> look) : m_look(std::move(look)) {}
+    int asked = 0;
+    void showMessage(const QString&, const QString&) override {}
+    DialogService::Answer askQuestion(const QString&, const QString&) override
+    {
+        if (asked++ == 0)
+            m_look();
+        return DialogService::Answer::No;
+    }
+    std::optional<QColor> chooseColor(const QString&, const QColor&) override { return std::nullopt; }
+
+private:
+    std::function<void()> m_look;
+};
+
 class TestMainWindow : public QObject
 {
     Q_OBJECT
@@ -259,6 +279,56 @@ private slots:
         m_main->resize(twipsToPixels(3000), twipsToPixels(550));
         QCOMPARE(m_main->surf()->Button(0)->geometry(), row);
         QVERIFY(!m_main->OptionsDirty);
+    }
+    void otherWindowsCloseBeforeTheFirstQuestion()
+    {
+        m_main->Form_Load();
+        m_main->show();
+        m_main->AboutBtn_Click();
+        QVERIFY(m_main->aboutBox()->isVisible());
+        m_main->listsPanel()->lists()->AddListNode("L");
+        m_main->listsPanel()->RunListBtn_Click();
+        QWidget* run = m_main->findChild<QWidget*>("RunList1", Qt::FindChildrenRecursively);
+        QVERIFY(run && run->isVisible());
+        g.ListsChanged = true;
+        QStringList visibleAtQuestion;
+        AskingBackend backend([&] {
+            for (QWidget* w : QApplication::topLevelWidgets())
+                if (w->isVisible() && w != m_main.get())
+                    visibleAtQuestion << w->objectName();
+        });
+        DialogService::setBackend(&backend);
+        m_main->close();
+        DialogService::setBackend(nullptr);
+        QCOMPARE(backend.asked, 1);
+        QCOMPARE(visibleAtQuestion, QStringList{});
+    }
+    void aWindowNobodyMovedKeepsItsPlacementExactly()
+    {
+        // 7100, 250 and 4700 twips are no whole number of pixels at 96 dots an inch.
+        writeOptions(" 7100  250  8100  4700  1  0 ", " 0  0  0  0  1 ");
+        m_main->Form_Load();
+        m_main->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_main.get()));
+        // The window is where it was put: a move to the same pixels is no change of placement.
+        m_main->move(m_main->pos());
+        m_main->resize(m_main->size());
+        QCoreApplication::processEvents();
+        QVERIFY(!m_main->OptionsDirty);
+        m_main->close();
+        QVERIFY(readAll(m_app->file("Options.INI")).startsWith(" 7100  250  8100  4700  1  0 \r\n"));
+        // A real move is remembered, in the twips of its pixels.
+        m_main = std::make_unique<Vantrel1>();
+        m_main->Form_Load();
+        m_main->show();
+        QVERIFY(QTest::qWaitForWindowExposed(m_main.get()));
+        QTRY_VERIFY(m_main->OptionsDirty == false);
+        m_main->move(m_main->x() + 10, m_main->y());
+        QCoreApplication::processEvents();
+        QVERIFY(m_main->OptionsDirty);
+        QCOMPARE(g.MainLeft, pixelsToTwips(twipsToPixels(7100) + 10));
+        QCOMPARE(g.MainTop, 250);
+        QCOMPARE(g.MainWidth, 4700);
     }
     void resizingRecordsThePlacementAndRelaysTheRows()
     {

@@ -286,6 +286,9 @@ void Vantrel1::Form_Unload()
         m_webForm->Unload();
     if (g.RunListShown)
         m_listsPanel->unloadRunDialog();
+    // The other windows go before the first question, so that none stays on screen behind it.
+    if (g.AboutShown && m_about)
+        m_about->close();
     if (g.ListsChanged &&
         DialogService::question(QStringLiteral("Do you want to save Changes to Favorite Web Page Lists?")))
         m_listsPanel->lists()->SaveListBtn_Click();
@@ -297,8 +300,6 @@ void Vantrel1::Form_Unload()
         quickButtons()->SaveBtn_Click();
     if (OptionsDirty)
         SaveOptions();
-    if (g.AboutShown && m_about)
-        m_about->close();
     if (m_help)
         m_help->close();
     emit unloaded();
@@ -403,14 +404,30 @@ GradientButton* Vantrel1::RefreshBtn() const
     return m_favoritesPanel->RefreshBtn();
 }
 
+namespace {
+// Twips turn into whole pixels and back with a rounding loss: a place that is still the one the
+// stored twips give keeps those twips, so a window nobody moved keeps its numbers exactly.
+bool rememberTwips(int& stored, int pixels)
+{
+    if (twipsToPixels(stored) == pixels)
+        return false;
+    stored = pixelsToTwips(pixels);
+    return true;
+}
+} // namespace
+
 void Vantrel1::RememberPlacement()
 {
     Globals& g = globals();
-    g.MainLeft = pixelsToTwips(x());
-    g.MainTop = pixelsToTwips(y());
-    g.MainHeight = heightTwips();
-    g.MainWidth = widthTwips();
-    OptionsDirty = true;
+    bool changed = false;
+    if (m_placedOnScreen) {
+        changed = rememberTwips(g.MainLeft, x());
+        changed = rememberTwips(g.MainTop, y()) || changed;
+    }
+    changed = rememberTwips(g.MainHeight, height()) || changed;
+    changed = rememberTwips(g.MainWidth, width()) || changed;
+    if (changed)
+        OptionsDirty = true;
 }
 
 void Vantrel1::Timer1_Timer()
@@ -426,10 +443,16 @@ void Vantrel1::resizeEvent(QResizeEvent*)
     Form_Resize();
 }
 
+void Vantrel1::paintEvent(QPaintEvent* event)
+{
+    m_placedOnScreen = true;
+    QWidget::paintEvent(event);
+}
+
 void Vantrel1::moveEvent(QMoveEvent*)
 {
     // A moved window is remembered like a resized one, so it opens where it was left.
-    if (!m_settingUp && isVisible() && heightTwips() >= 600 && widthTwips() >= 500)
+    if (!m_settingUp && m_placedOnScreen && isVisible() && heightTwips() >= 600 && widthTwips() >= 500)
         RememberPlacement();
 }
 

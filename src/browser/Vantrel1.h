@@ -93,6 +93,7 @@ signals:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -119,5 +120,8 @@ private:
     QTimer* m_timer;
     QString m_helpFile;
     bool m_settingUp = true; // placement is not recorded while the window is being set up
+    // Until the window is first on screen, the desktop is still placing it (frames, decorations):
+    // such moves are part of setting it up, not the user's.
+    bool m_placedOnScreen = false;
     bool m_unloaded = false;
 };
