@@ -10,6 +10,7 @@ TEST_PACKAGES=(clang libclang-rt-14-dev desktop-file-utils appstream dpkg-dev)
 
 BUILD_DIR=${BUILD_DIR:-build}
 FUZZ_DIR=${FUZZ_DIR:-build-fuzz}
+SANITIZE_DIR=${SANITIZE_DIR:-build-sanitize}
 JOBS=$(nproc)
 
 install_missing() {
@@ -41,6 +42,12 @@ test)
     # The readers' fuzz targets need clang's libFuzzer: a build of their own.
     CC=clang CXX=clang++ cmake -S . -B "$FUZZ_DIR" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTREL_FUZZ=ON
     cmake --build "$FUZZ_DIR" -j "$JOBS"
+    # The test programs once more with AddressSanitizer and UndefinedBehaviorSanitizer (gcc): any
+    # report fails the run.
+    cmake -S . -B "$SANITIZE_DIR" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVANTREL_SANITIZE=ON \
+        -DVANTREL_BUILD_TESTS=ON -DVANTREL_BUILD_BENCH=OFF
+    cmake --build "$SANITIZE_DIR" -j "$JOBS"
+    (cd "$SANITIZE_DIR" && ctest --output-on-failure -j "$JOBS")
     configure_and_build -DVANTREL_BUILD_TESTS=ON -DVANTREL_BUILD_BENCH=ON \
         -DVANTREL_FUZZ_BIN_DIR="$PWD/$FUZZ_DIR"
     cd "$BUILD_DIR"

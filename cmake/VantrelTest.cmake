@@ -1,6 +1,11 @@
 # Every process a test starts carries this mark in its environment, so that a check after the
 # suite finds any that is still running.
 set(VANTREL_TEST_RUN_MARK "VANTREL_TEST_RUN=${CMAKE_BINARY_DIR}")
+if(VANTREL_SANITIZE)
+    # Any report ends the test with a failure, with the stack that led to it.
+    string(APPEND VANTREL_TEST_RUN_MARK ";ASAN_OPTIONS=halt_on_error=1:detect_leaks=1"
+           ";UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1")
+endif()
 
 # vantrel_add_test(NAME source...): one Qt Test program per subject, run headless by CTest.
 function(vantrel_add_test name)
