@@ -252,6 +252,21 @@ private slots:
         QVERIFY(readAll(fav("Links/Open Page.URL")).contains("URL=HTTP://x\r\n"));
         QVERIFY(tree()->node("Links/Open Page"));
     }
+    void linkDroppedWithNoWindowOpenIsNamedByItsTitleOrItsHost()
+    {
+        shortcut("Links/n.url", "https://n/");
+        start();
+        QMimeData firefox;
+        const QString moz = QStringLiteral("http://127.0.0.1:876/second\nThe Second Page");
+        firefox.setUrls({QUrl("http://127.0.0.1:876/second")});
+        firefox.setData("text/x-moz-url", QByteArray(reinterpret_cast<const char*>(moz.utf16()), moz.size() * 2));
+        QVERIFY(deliverDrop(tree()->viewport(), &firefox, pointOf("Links")));
+        QVERIFY(readAll(fav("Links/The Second Page.URL")).contains("URL=http://127.0.0.1:876/second\r\n"));
+        // A bare address is named after its host, not turned into a file name of its own.
+        dropText("https://www.example.org/some/page?x=1", pointOf("Links"));
+        QVERIFY(readAll(fav("Links/www.example.URL")).contains("URL=https://www.example.org/some/page?x=1\r\n"));
+        QVERIFY(!QFile::exists(fav("Links/http.127.0.0.1-876.second.URL")));
+    }
     void mouseDownTakesTheFirstFavouriteOfThatName()
     {
         shortcut("A/same.url", "https://first/");

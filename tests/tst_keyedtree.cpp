@@ -4,6 +4,7 @@
 
 #include <QMimeData>
 #include <QSignalSpy>
+#include <QApplication>
 #include <QTest>
 
 class TestKeyedTree : public QObject
@@ -81,10 +82,86 @@ private slots:
         QVERIFY(deliverDrop(tree.viewport(), &link, QPoint(10, 10)));
         QMimeData text;
         text.setText("HTTP://x\nsecond line");
+        QCOMPARE(texts.size(), 1);
         QVERIFY(deliverDrop(tree.viewport(), &text, QPoint(10, 10)));
         QCOMPARE(texts.size(), 2);
         QCOMPARE(texts[0][0].toString(), QStringLiteral("https://dropped.example/page"));
         QCOMPARE(texts[1][0].toString(), QStringLiteral("HTTP://x"));
+    }
+    void anotherProgramsDragIsTakenOnlyAsACopyOfAWebAddress()
+    {
+        KeyedTree tree("SSTree9");
+        tree.resize(200, 200);
+        tree.show();
+        QSignalSpy texts(&tree, &KeyedTree::textDropped);
+        const Qt::DropActions offered = Qt::CopyAction | Qt::MoveAction;
+        // Text that is no web address is refused while it is being dragged, and at the drop.
+        QMimeData words;
+        words.setText("a paragraph from an editor");
+        QDragEnterEvent enter(QPoint(10, 10), offered, &words, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(tree.viewport(), &enter);
+        QVERIFY(!enter.isAccepted());
+        QDragMoveEvent move(QPoint(10, 10), offered, &words, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(tree.viewport(), &move);
+        QVERIFY(!move.isAccepted());
+        QDropEvent drop(QPointF(10, 10), offered, &words, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(tree.viewport(), &drop);
+        QVERIFY(!drop.isAccepted());
+        QCOMPARE(texts.size(), 0);
+        // A web address is taken as a copy, whatever the other program proposed: its original stays.
+        QMimeData link;
+        link.setText("https://kept.example/");
+        QDragEnterEvent linkEnter(QPoint(10, 10), offered, &link, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(tree.viewport(), &linkEnter);
+        QVERIFY(linkEnter.isAccepted());
+        QDragMoveEvent linkMove(QPoint(10, 10), offered, &link, Qt::LeftButton, Qt::NoModifier);
+        linkMove.setDropAction(Qt::MoveAction); // as the other program would have it
+        QApplication::sendEvent(tree.viewport(), &linkMove);
+        QVERIFY(linkMove.isAccepted());
+        QCOMPARE(linkMove.dropAction(), Qt::CopyAction);
+        QDropEvent linkDrop(QPointF(10, 10), offered, &link, Qt::LeftButton, Qt::NoModifier);
+        linkDrop.setDropAction(Qt::MoveAction);
+        QApplication::sendEvent(tree.viewport(), &linkDrop);
+        QVERIFY(linkDrop.isAccepted());
+        QCOMPARE(linkDrop.dropAction(), Qt::CopyAction);
+        QCOMPARE(texts.size(), 1);
+        // A drag that can only be moved is refused: taking it would delete the original.
+        QDragEnterEvent moveOnly(QPoint(10, 10), Qt::MoveAction, &link, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(tree.viewport(), &moveOnly);
+        QVERIFY(!moveOnly.isAccepted());
+    }
+    void aDroppedLinkBringsTheTitleItCarries_data()
+    {
+        QTest::addColumn<QString>("format");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QString>("title");
+        QByteArray moz;
+        const QString mozText = QStringLiteral("https://second.example/\nThe Second Page");
+        moz.append(reinterpret_cast<const char*>(mozText.utf16()), mozText.size() * 2);
+        QTest::newRow("text/x-moz-url") << "text/x-moz-url" << moz << "The Second Page";
+        QTest::newRow("_NETSCAPE_URL") << "_NETSCAPE_URL" << QByteArray("https://second.example/\nNetscape Title")
+                                       << "Netscape Title";
+        QTest::newRow("link text") << "text/html"
+                                   << QByteArray("<meta charset='utf-8'><a href='https://second.example/'>Link "
+                                                 "<b>text</b> &amp; more</a>")
+                                   << "Link text & more";
+        QTest::newRow("none") << "text/x-other" << QByteArray("x") << "";
+    }
+    void aDroppedLinkBringsTheTitleItCarries()
+    {
+        QFETCH(QString, format);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QString, title);
+        KeyedTree tree("SSTree9");
+        tree.resize(200, 200);
+        QSignalSpy texts(&tree, &KeyedTree::textDropped);
+        QMimeData data;
+        data.setUrls({QUrl("https://second.example/")});
+        data.setData(format, bytes);
+        QVERIFY(deliverDrop(tree.viewport(), &data, QPoint(10, 10)));
+        QCOMPARE(texts.size(), 1);
+        QCOMPARE(texts[0][0].toString(), QStringLiteral("https://second.example/"));
+        QCOMPARE(texts[0][1].toString(), title);
     }
     void deleteKeyAsksForTheCurrentNode()
     {

@@ -14,6 +14,7 @@
 #include "core/TextFile.h"
 #include "core/TextRules.h"
 #include "widgets/ControlDrag.h"
+#include "widgets/DroppedLink.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
 
@@ -192,15 +193,19 @@ void FavoritesTree::controlDropped(const QString& sourceTag, const QPoint& pos)
     m_main->surf()->RowDragToList = false;
 }
 
-void FavoritesTree::textDropped(const QString& text, const QPoint& pos)
+void FavoritesTree::textDropped(const QString& text, const QString& title, const QPoint& pos)
 {
-    if (text.left(4).toLower() != u"http")
+    if (!DroppedLink::isWebAddress(text))
         return;
     Globals& g = globals();
     g.CurrentUrl = TextRules::trimSpaces(text);
-    // The page's name: the current browser window's page, or the address when no window is open.
+    // The page's name: the current browser window's page; with no window open, the title that
+    // came with the drop, else the address's host.
     BrowserWindow* window = m_main->webForm()->ie(g.WindowIndex);
-    g.CurrentTitle = window ? boundedPageText(window->locationName()) : g.CurrentUrl;
+    if (window)
+        g.CurrentTitle = boundedPageText(window->locationName());
+    else
+        g.CurrentTitle = boundedPageText(title.isEmpty() ? DroppedLink::nameFromAddress(g.CurrentUrl) : title);
     KeyedNode* target = m_tree->nodeAtPoint(pos);
     m_tree->setDropHighlight(target);
     addDroppedPage(target, true);

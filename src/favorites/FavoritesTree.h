@@ -37,7 +37,7 @@ public:
     void nodeClicked(KeyedNode* node);
     void nodeDoubleClicked(KeyedNode* node);
     void controlDropped(const QString& sourceTag, const QPoint& pos);
-    void textDropped(const QString& text, const QPoint& pos);
+    void textDropped(const QString& text, const QString& title, const QPoint& pos);
     void deleteRequested(KeyedNode* node);
     void mousePressed(const QPoint& pos);
     void mouseMoved(const QPoint& pos);

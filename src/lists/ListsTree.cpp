@@ -116,7 +116,7 @@ void ListsTree::controlDropped(const QString& sourceTag, const QPoint& pos)
     dropOn(pos);
 }
 
-void ListsTree::textDropped(const QString& text, const QPoint& pos)
+void ListsTree::textDropped(const QString& text, const QString&, const QPoint& pos)
 {
     if (text.left(4).toLower() != u"http")
         return;

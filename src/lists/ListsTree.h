@@ -40,7 +40,7 @@ public:
 
     // The handlers, reachable for the program's own drags and for tests.
     void controlDropped(const QString& sourceTag, const QPoint& pos);
-    void textDropped(const QString& text, const QPoint& pos);
+    void textDropped(const QString& text, const QString& title, const QPoint& pos);
     void mousePressed();
     void nodeDoubleClicked(KeyedNode* node);
     void labelEdited(KeyedNode* node, const QString& oldText, const QString& newText);

@@ -3,6 +3,7 @@
 #include "core/PageText.h"
 
 #include "ControlDrag.h"
+#include "DroppedLink.h"
 
 #include <QApplication>
 #include <QDropEvent>
@@ -212,44 +213,51 @@ void KeyedTree::setDropHighlight(KeyedNode* node)
         setCurrentItem(node);
 }
 
-bool KeyedTree::acceptsData(const QMimeData* data)
+bool KeyedTree::acceptDrag(QDropEvent* event)
 {
-    return data && (!ControlDrag::sourceTag(data).isEmpty() || data->hasUrls() || data->hasText());
+    const QMimeData* data = event->mimeData();
+    if (!data) {
+        event->ignore();
+        return false;
+    }
+    if (!ControlDrag::sourceTag(data).isEmpty()) {
+        event->acceptProposedAction();
+        return true;
+    }
+    // From another program only a web address is taken, and never taken away from it: a copy.
+    if (!DroppedLink::isWebAddress(DroppedLink::read(data).text) ||
+        !(event->possibleActions() & Qt::CopyAction)) {
+        event->ignore();
+        return false;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    return true;
 }
 
 void KeyedTree::dragEnterEvent(QDragEnterEvent* event)
 {
-    if (acceptsData(event->mimeData()))
-        event->acceptProposedAction();
-    else
-        event->ignore();
+    acceptDrag(event);
 }
 
 void KeyedTree::dragMoveEvent(QDragMoveEvent* event)
 {
-    if (acceptsData(event->mimeData()))
-        event->acceptProposedAction();
-    else
-        event->ignore();
+    acceptDrag(event);
 }
 
 void KeyedTree::dropEvent(QDropEvent* event)
 {
+    if (!acceptDrag(event))
+        return;
     const QMimeData* data = event->mimeData();
     const QPoint pos = event->position().toPoint();
     const QString tag = ControlDrag::sourceTag(data);
-    event->acceptProposedAction();
     if (!tag.isEmpty()) {
         emit controlDropped(tag, pos);
         return;
     }
-    // Links arrive as a list of addresses; plain text as it is. The first entry counts.
-    QString text;
-    if (data->hasUrls() && !data->urls().isEmpty())
-        text = data->urls().first().toString();
-    else
-        text = data->text().section(u'\n', 0, 0);
-    emit textDropped(text, pos);
+    const DroppedLink::Link link = DroppedLink::read(data);
+    emit textDropped(link.text, link.title, pos);
 }
 
 void KeyedTree::keyPressEvent(QKeyEvent* event)

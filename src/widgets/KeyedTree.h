@@ -4,6 +4,7 @@
 #include <QTreeWidget>
 
 class KeyedNode;
+class QDropEvent;
 class QMimeData;
 
 // The program's tree control, shared by the Favorites, Lists and History trees: every node has a
@@ -63,8 +64,9 @@ signals:
     void nodeDoubleClicked(KeyedNode* node);
     // A drag of one of the program's controls, identified by its tag, was dropped.
     void controlDropped(const QString& sourceTag, const QPoint& viewportPos);
-    // Text (or a link) from another program was dropped.
-    void textDropped(const QString& text, const QPoint& viewportPos);
+    // A web address (a link, or text) from another program was dropped; `title` is the page's
+    // title when the drop carries one.
+    void textDropped(const QString& text, const QString& title, const QPoint& viewportPos);
     void deleteRequested(KeyedNode* node);
     // The user finished editing a node's label.
     void labelEdited(KeyedNode* node, const QString& oldText, const QString& newText);
@@ -83,7 +85,9 @@ protected:
 
 private:
     void forget(QTreeWidgetItem* item);
-    static bool acceptsData(const QMimeData* data);
+    // Accepts (or refuses) a drag while it moves and when it drops: the program's own controls as
+    // they offer, other programs' web addresses as a copy, nothing else.
+    static bool acceptDrag(QDropEvent* event);
 
     QHash<QString, KeyedNode*> m_byKey;
     QList<KeyedNode*> m_order;

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QString>
+
+class QMimeData;
+
+// A link that another program drops: the address (the first of a list of links, or the first line
+// of plain text) and, where the drop carries it, the page's title: browsers put it in
+// "text/x-moz-url" or "_NETSCAPE_URL" (the address, a line end, the title) and give the link's
+// text as HTML.
+namespace DroppedLink {
+
+struct Link
+{
+    QString text;
+    QString title;
+};
+
+Link read(const QMimeData* data);
+
+// Only a web address is taken from another program: text beginning with "http", in any case.
+bool isWebAddress(const QString& text);
+
+// A name for a page that has no title of its own: the host of its address (the address itself
+// when it has none).
+QString nameFromAddress(const QString& address);
+
+} // namespace DroppedLink
