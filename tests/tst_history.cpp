@@ -19,6 +19,7 @@
 #include <QDir>
 #include <QMimeData>
 #include <QTabWidget>
+#include <QTabBar>
 #include <QTest>
 
 #include <memory>
@@ -245,6 +246,35 @@ private slots:
         QTest::mouseMove(tree()->viewport(), page + QPoint(40, 0));
         QTest::mouseRelease(tree()->viewport(), Qt::LeftButton, {}, page + QPoint(40, 0));
         QVERIFY(listsTree->node("https://two.example//Keep"));
+    }
+    void pageDraggedOverTheListsTabCaptionBringsItForwardAndLandsInAList()
+    {
+        start("Internet Explorer 2[#@!]Two Page[#@!]https://two.example/\r\n");
+        m_main->listsPanel()->lists()->AddListNode("Keep");
+        KeyedTree* listsTree = m_main->listsPanel()->SSTree2();
+        QTabBar* tabs = m_main->TabStrip1()->tabBar();
+        bool listsInFront = false;
+        ControlDrag::setTestHook([&](QWidget*, const QMimeData& data) {
+            // Held over the caption "Lists" the drag brings the tab forward; then it lands.
+            const QPoint caption = tabs->tabRect(2).center();
+            QDragEnterEvent enter(caption, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(tabs, &enter);
+            QDragMoveEvent move(caption, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+            QApplication::sendEvent(tabs, &move);
+            listsInFront = QTest::qWaitFor([&] { return m_main->TabStrip1()->currentIndex() == 2; }, 3000);
+            QDragLeaveEvent leave;
+            QApplication::sendEvent(tabs, &leave);
+            if (listsInFront && listsTree->isVisible())
+                deliverDrop(listsTree->viewport(), &data, treePointOf(listsTree, "Keep"));
+        });
+        const QPoint page = pointOf("https://two.example//Internet Explorer 2");
+        QTest::mousePress(tree()->viewport(), Qt::LeftButton, {}, page);
+        QTest::mouseMove(tree()->viewport(), page + QPoint(40, 0));
+        QTest::mouseRelease(tree()->viewport(), Qt::LeftButton, {}, page + QPoint(40, 0));
+        QVERIFY(listsInFront);
+        QVERIFY(listsTree->node("https://two.example//Keep"));
+        // The page travels as a globe, not as a picture of the tree.
+        QCOMPARE(ControlDrag::lastPicture().toImage(), ControlDrag::pagePicture().toImage());
     }
     void pressOnAGroupStartsNoDrag()
     {

@@ -119,7 +119,7 @@ void HistoryTree::mouseMoved(const QPoint& pos)
     if (!m_pagePressed || (pos - m_pressPos).manhattanLength() < QApplication::startDragDistance())
         return;
     m_pagePressed = false;
-    ControlDrag::start(m_tree, m_tree->dragTag());
+    ControlDrag::start(m_tree, m_tree->dragTag(), ControlDrag::pagePicture());
 }
 
 void HistoryTree::mouseReleased()

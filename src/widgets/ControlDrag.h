@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPixmap>
 #include <QString>
 
 #include <functional>
@@ -21,8 +22,15 @@ QString sourceTag(const QMimeData* data);
 // Data that carries `tag`, as a drag of the program's controls does.
 QMimeData* makeData(const QString& tag);
 
-// Drags `source` with its tag until the user drops it or gives up.
-void start(QWidget* source, const QString& tag);
+// Drags `source` with its tag until the user drops it or gives up. The drag shows `picture`
+// under the pointer, or a small picture of the source when none is given.
+void start(QWidget* source, const QString& tag, const QPixmap& picture = QPixmap());
+
+// The picture of a web page on the move: a globe.
+QPixmap pagePicture();
+
+// The picture that the last drag showed (for tests).
+QPixmap lastPicture();
 
 // Tests take the data in place of a real drag, which would wait for the mouse.
 void setTestHook(std::function<void(QWidget* source, const QMimeData& data)> hook);

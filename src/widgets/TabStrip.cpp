@@ -13,6 +13,10 @@ public:
         setUsesScrollButtons(false);
         setElideMode(Qt::ElideRight);
         setExpanding(true);
+        // A drag held over a tab's caption brings that tab forward, so that a page can be carried
+        // to a tab that is not in front (a history entry to a list, for one).
+        setChangeCurrentOnDrag(true);
+        setAcceptDrops(true);
         setTabColors(QColor(), QColor());
     }
 
