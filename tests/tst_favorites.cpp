@@ -11,6 +11,7 @@
 #include "core/TextFile.h"
 #include "favorites/FavoritesTree.h"
 #include "favorites/QuickButtons.h"
+#include "favorites/ShellServices.h"
 #include "widgets/ControlDrag.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
@@ -274,9 +275,22 @@ private slots:
         start();
         QTest::mouseClick(buttons()->DistFavBtn(), Qt::LeftButton);
         QVERIFY(buttons()->DistFavBtn()->value());
+        QVERIFY(tree()->toolTip() != QStringLiteral("A/same.url"));
         favorites()->mousePressed(pointOf("B/same"));
         QVERIFY(favorites()->mouseDownFlag());
         QCOMPARE(g.CurrentUrl, QStringLiteral("https://first/"));
+        QCOMPARE(tree()->toolTip(), QStringLiteral("A/same.url")); // as a click would
+    }
+    void theWalkAndTheNodesAreTwoSteps()
+    {
+        shortcut("Links/news.url", "https://news/");
+        shortcut("top.url", "https://top/");
+        start();
+        tree()->clearNodes();
+        favorites()->SetUpHoldArray();
+        QCOMPARE(tree()->nodeCount(), 0); // walking adds no node
+        favorites()->AddFavoriteNodes();
+        QCOMPARE(keys(), (QStringList{"Links", "Links/news", "top"}));
     }
     void dragStartsOnlyAfterTheHoldAndOnlyInDistributeMode()
     {
@@ -438,6 +452,22 @@ private slots:
         QTest::mouseClick(m_main->OrgFavBtn(), Qt::LeftButton);
         QDesktopServices::unsetUrlHandler("file");
         QCOMPARE(recorder.opened, QList<QUrl>{QUrl::fromLocalFile(m_app->favorites())});
+    }
+    void organizeSaysSoWhenNoFileManagerCanOpenTheFolder()
+    {
+        start();
+        QStringList asked;
+        ShellServices::setFolderOpener([&](const QString& path) {
+            asked << path;
+            return false;
+        });
+        QTest::mouseClick(m_main->OrgFavBtn(), Qt::LeftButton);
+        ShellServices::setFolderOpener(nullptr);
+        QCOMPARE(asked, QStringList{m_app->favorites()});
+        QCOMPARE(DialogService::shownTexts(),
+                 QStringList{"No file manager could be started to organize your Favorites folder. Open it yourself: " +
+                             m_app->favorites()});
+        QCOMPARE(DialogService::shownTitles(), QStringList{g.AppTitle});
     }
     void missingFavoritesFolderLeavesTheTreeEmptyAndSaysNothing()
     {

@@ -3,6 +3,7 @@
 #include "FavoritesTree.h"
 #include "QuickButtons.h"
 #include "ShellServices.h"
+#include "core/DialogService.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
@@ -39,6 +40,11 @@ FavoritesPanel::FavoritesPanel(QFrame* sharedPanel, Vantrel1* main)
         addCommand(command);
     connect(m_saveBtn, &GradientButton::clicked, m_quickButtons, &QuickButtons::SaveBtn_Click);
     connect(m_refreshBtn, &GradientButton::clicked, m_favorites, &FavoritesTree::RefreshBtn_Click);
-    connect(m_orgFavBtn, &GradientButton::clicked, this,
-            [] { ShellServices::openFolder(globals().FavoritesPath); });
+    connect(m_orgFavBtn, &GradientButton::clicked, this, [] {
+        const QString folder = globals().FavoritesPath;
+        if (!ShellServices::openFolder(folder))
+            DialogService::message(QStringLiteral("No file manager could be started to organize your Favorites "
+                                                  "folder. Open it yourself: ") +
+                                   folder);
+    });
 }

@@ -60,34 +60,44 @@ void FavoritesTree::BuildFavoritesTree()
     QApplication::setOverrideCursor(Qt::WaitCursor);
     {
         KeyedTree::BulkInsert bulk(m_tree);
-        const FavoritesWalk::Result walk = FavoritesWalk::walk(globals().FavoritesPath);
-        m_leftovers = walk.leftovers;
-
-        // Folders first, breadth first, so that every parent exists before its children.
-        QStringList relative;
-        relative.reserve(walk.folders.size());
-        for (const QString& folder : walk.folders) {
-            const QString rel = FavoritesWalk::relativePath(folder);
-            relative.append(rel);
-            const qsizetype slash = rel.lastIndexOf(u'/');
-            if (slash < 0)
-                AddFavoriteNode(rel, rel, rel, KeyedTree::ClosedFolder, false);
-            else
-                AddFavoriteNode(rel.left(slash), rel.mid(slash + 1), rel, KeyedTree::ClosedFolder, true);
-        }
-        // Then each folder's shortcuts, then the shortcuts at the top.
-        for (qsizetype i = 0; i < walk.folders.size() && i < walk.shortcuts.size(); ++i) {
-            for (const QString& file : walk.shortcuts[i]) {
-                const QString text = FavoritesWalk::shortcutText(file);
-                AddFavoriteNode(relative[i], text, relative[i] + u'/' + text, KeyedTree::Page, true, file);
-            }
-        }
-        for (const QString& file : walk.rootShortcuts) {
-            const QString text = FavoritesWalk::shortcutText(file);
-            AddFavoriteNode(text, text, text, KeyedTree::Page, false, file);
-        }
+        SetUpHoldArray();
+        AddFavoriteNodes();
     }
     QApplication::restoreOverrideCursor();
+}
+
+void FavoritesTree::SetUpHoldArray()
+{
+    m_hold = FavoritesWalk::walk(globals().FavoritesPath);
+    m_leftovers = m_hold.leftovers;
+}
+
+void FavoritesTree::AddFavoriteNodes()
+{
+    // Folders first, breadth first, so that every parent exists before its children.
+    QStringList relative;
+    relative.reserve(m_hold.folders.size());
+    for (const QString& folder : m_hold.folders) {
+        const QString rel = FavoritesWalk::relativePath(folder);
+        relative.append(rel);
+        const qsizetype slash = rel.lastIndexOf(u'/');
+        if (slash < 0)
+            AddFavoriteNode(rel, rel, rel, KeyedTree::ClosedFolder, false);
+        else
+            AddFavoriteNode(rel.left(slash), rel.mid(slash + 1), rel, KeyedTree::ClosedFolder, true);
+    }
+    // Then each folder's shortcuts, then the shortcuts at the top.
+    for (qsizetype i = 0; i < m_hold.folders.size() && i < m_hold.shortcuts.size(); ++i) {
+        for (const QString& file : m_hold.shortcuts[i]) {
+            const QString text = FavoritesWalk::shortcutText(file);
+            AddFavoriteNode(relative[i], text, relative[i] + u'/' + text, KeyedTree::Page, true, file);
+        }
+    }
+    for (const QString& file : m_hold.rootShortcuts) {
+        const QString text = FavoritesWalk::shortcutText(file);
+        AddFavoriteNode(text, text, text, KeyedTree::Page, false, file);
+    }
+    m_hold = {}; // the walk is needed no longer
 }
 
 int FavoritesTree::removeLeftoverTemporaries()
@@ -125,8 +135,15 @@ void FavoritesTree::nodeClicked(KeyedNode* node)
     if (!node || node->isFolder())
         return;
     m_shortcutSelected = 1;
-    ReadFavoriteFile(node->tag());
-    m_tree->setToolTip(globals().CurrentTitle);
+    readFavorite(node->tag());
+}
+
+void FavoritesTree::readFavorite(const QString& path)
+{
+    ReadFavoriteFile(path);
+    // With a shortcut selected, the tree's tool tip names the favourite.
+    if (m_shortcutSelected == 1)
+        m_tree->setToolTip(globals().CurrentTitle);
 }
 
 void FavoritesTree::nodeDoubleClicked(KeyedNode* node)
@@ -233,7 +250,7 @@ void FavoritesTree::mousePressed(const QPoint& pos)
     if (!first || first->isFolder())
         return;
     m_shortcutSelected = 1;
-    ReadFavoriteFile(first->tag());
+    readFavorite(first->tag());
     m_mouseDown = true;
     m_mouseDownTime = Clock::secondsSinceMidnight();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "FavoritesWalk.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -24,6 +26,10 @@ public:
     // RefreshBtn: clears the tree and builds it again from the folder.
     void RefreshBtn_Click();
     void BuildFavoritesTree();
+    // The walk: every folder below the Favorites folder, breadth first, with its shortcuts.
+    void SetUpHoldArray();
+    // The folder nodes from the walk, then each folder's shortcuts, then those at the top.
+    void AddFavoriteNodes();
     // Removes the temporary files that interrupted saves of shortcuts left in the folders the
     // last build walked; done once at start-up. Returns how many went.
     int removeLeftoverTemporaries();
@@ -59,6 +65,9 @@ private:
     GradientButton* m_distribute;
     Vantrel1* m_main;
     int m_shortcutSelected = 0;
+    void readFavorite(const QString& path);
+
+    FavoritesWalk::Result m_hold; // the folders that SetUpHoldArray found
     QStringList m_leftovers;
     bool m_mouseDown = false;
     double m_mouseDownTime = 0;

@@ -24,9 +24,24 @@ bool moveToTrash(const QString& path)
     return QFile::moveToTrash(path);
 }
 
+namespace {
+std::function<bool(const QString&)>& folderOpener()
+{
+    static std::function<bool(const QString&)> opener;
+    return opener;
+}
+} // namespace
+
 bool openFolder(const QString& path)
 {
+    if (folderOpener())
+        return folderOpener()(path);
     return QDesktopServices::openUrl(QUrl::fromLocalFile(path));
+}
+
+void setFolderOpener(std::function<bool(const QString& path)> opener)
+{
+    folderOpener() = std::move(opener);
 }
 
 QIcon smallIcon(const QString& path)
