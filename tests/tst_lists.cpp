@@ -556,6 +556,21 @@ private slots:
         m_main->Form_Load();
         QCOMPARE(DialogService::shownTexts(), QStringList{"Error - 380 - Invalid property value"});
     }
+    void closingTheRunDialogEndsTheRunSoTheNextGoStartsAtTheFirstPage()
+    {
+        start("A[#@!] [#@!] \r\nA[#@!]a1[#@!]https://a1/\r\nA[#@!]a2[#@!]https://a2/\r\n"
+              "A[#@!]a3[#@!]https://a3/\r\nB[#@!] [#@!] \r\n");
+        RunList1* dialog = go("A", 0);
+        QCOMPARE(tickFor(0.6), QStringList{"https://a1/"});
+        dialog->close();
+        QCOMPARE(run().RunPos, 0);
+        QCOMPARE(run().RunStart, 0.0);
+        QVERIFY(!g.RunListRunning);
+        QCOMPARE(tickFor(60), QStringList{});
+        // A new Go starts again at the first page, at once.
+        go("A", 0);
+        QCOMPARE(tickFor(0.6), QStringList{"https://a1/"});
+    }
     void closingTheProgramClosesTheRunDialog()
     {
         start("L[#@!] [#@!] \r\nM[#@!] [#@!] \r\n");

@@ -3,6 +3,7 @@
 #include "SystemInfo.h"
 #include "browser/ApplyColors.h"
 #include "browser/Vantrel1.h"
+#include "browser/WebForm1.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
 
@@ -82,8 +83,15 @@ void About1::Label1_Click()
     Globals& g = globals();
     g.CurrentUrl = QString::fromLatin1(kDefaultStartUrl); // the maker's site
     g.CurrentTitle = kMaker;
-    // Below eight windows the site gets a window of its own; with eight it takes the current one.
-    m_main->NewBtnAction(g.WindowCount < kWindowSlots);
+    // Below eight windows the site gets a window of its own; with eight it takes the current one
+    // at once, without the question of the ninth window.
+    if (g.WindowCount < kWindowSlots) {
+        m_main->NewBtnAction(true);
+        return;
+    }
+    if (g.WindowIndex < 1 || g.WindowIndex > kWindowSlots)
+        g.WindowIndex = kWindowSlots;
+    m_main->webForm()->Form_LoadGo(g.WindowIndex);
 }
 
 void About1::closeEvent(QCloseEvent* event)

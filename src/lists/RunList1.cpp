@@ -1,5 +1,7 @@
 #include "RunList1.h"
 
+#include "ListsPanel.h"
+
 #include "ListsTree.h"
 #include "browser/ApplyColors.h"
 #include "browser/Vantrel1.h"
@@ -140,7 +142,8 @@ void RunList1::Form_Unload()
         return;
     m_unloaded = true;
     Globals& g = globals();
-    // Closing the dialog stops a run at once.
+    // Closing the dialog ends a run completely: the next Go starts at the list's first page.
+    m_main->listsPanel()->run().stop();
     g.RunListLoop = false;
     g.RunListMulti = false;
     g.RunListRunning = false;
