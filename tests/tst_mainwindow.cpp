@@ -8,6 +8,7 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/OptionsFile.h"
+#include "favorites/FavoritesPanel.h"
 #include "history/HistoryPanel.h"
 #include "history/HistoryTree.h"
 #include "lists/ListsPanel.h"
@@ -245,6 +246,10 @@ private slots:
             QVERIFY2(tree->isVisible(), qPrintable(tab));
             QCOMPARE(tree->pos(), QPoint(twipsToPixels(45), twipsToPixels(2835)));
             QCOMPARE(tree->width(), twipsToPixels(pixelsToTwips(m_main->width()) - 165));
+            // The tree reaches as far as the panel above it leaves room: Frame4's real height.
+            const int frame4 = pixelsToTwips(m_main->favoritesPanel()->Frame4()->height());
+            QVERIFY(frame4 != 2400);
+            QCOMPARE(tree->height(), twipsToPixels(pixelsToTwips(m_main->height()) - frame4 - 1500));
             QVERIFY(!m_main->surf()->isVisible());
         }
         m_main->TabStrip1()->setCurrentIndex(4);

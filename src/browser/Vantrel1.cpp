@@ -51,7 +51,6 @@ constexpr long kFavoritesFolderId = 6;
 constexpr int kFavoritesTreeLeft = 45;
 constexpr int kFavoritesTreeTop = 2835;
 constexpr int kOutOfSight = -1100;
-constexpr int kFrame4Height = 2400;
 constexpr int kTabStripMargin = 400;
 
 const QStringList& tabCaptions()
@@ -189,6 +188,7 @@ void Vantrel1::Form_Load()
     setWindowFlag(Qt::WindowStaysOnTopHint, g.OptOnTop);
     resize(twipsToPixels(g.MainWidth), twipsToPixels(g.MainHeight));
     move(twipsToPixels(g.MainLeft), twipsToPixels(g.MainTop));
+    arrangeTreeTabs();
     placeFavoritesTree();
     m_helpFile = appFilePath(QStringLiteral("Help/Vantrel.Hlp"));
     ApplyColors();
@@ -315,8 +315,8 @@ void Vantrel1::placeFavoritesTree()
     const int W = widthTwips();
     const int H = heightTwips();
     // The height follows the window only while there is room for it below the Favorites panel.
-    const int height =
-        H - kFrame4Height > 1500 ? twipsToPixels(H - kFrame4Height - 1500) : m_frame2->height();
+    const int frame4 = frame4HeightTwips();
+    const int height = H - frame4 > 1500 ? twipsToPixels(H - frame4 - 1500) : m_frame2->height();
     m_frame2->setGeometry(twipsToPixels(kFavoritesTreeLeft), twipsToPixels(kFavoritesTreeTop),
                           twipsToPixels(W - 165), height);
     m_frame2->show();
@@ -357,9 +357,14 @@ void Vantrel1::Form_Resize()
     m_surf->setGeometry(twipsRect(0, tabTop, W, panelHeight));
     m_surf->ArrangeRows(W);
     m_surf->arrangeControls(W, panelHeight);
+    arrangeTreeTabs();
     if (m_frame2->isVisible())
         placeFavoritesTree();
-    arrangeTreeTabs();
+}
+
+int Vantrel1::frame4HeightTwips() const
+{
+    return pixelsToTwips(m_favoritesPanel->Frame4()->height());
 }
 
 void Vantrel1::arrangeTreeTabs()
@@ -367,10 +372,14 @@ void Vantrel1::arrangeTreeTabs()
     // The tabs' own content ends just above the tree panel; their commands fill the room below it.
     const int tabTop = m_tabStrip->tabBar()->sizeHint().height();
     const int treeTop = twipsToPixels(kFavoritesTreeTop);
-    const int treeBottom = twipsToPixels(heightTwips() - kFrame4Height - 1500 + kFavoritesTreeTop);
     const int pageBottom = twipsToPixels(heightTwips() - kTabStripMargin);
-    for (SharedTreeTab* tab :
-         std::initializer_list<SharedTreeTab*>{m_favoritesPanel, m_listsPanel, m_historyPanel})
+    const auto tabs = {static_cast<SharedTreeTab*>(m_favoritesPanel), static_cast<SharedTreeTab*>(m_listsPanel),
+                       static_cast<SharedTreeTab*>(m_historyPanel)};
+    // First the upper parts, Frame4 among them: its height decides how far the tree reaches.
+    for (SharedTreeTab* tab : tabs)
+        tab->fitAround(treeTop - tabTop - 10, 0);
+    const int treeBottom = twipsToPixels(heightTwips() - frame4HeightTwips() - 1500 + kFavoritesTreeTop);
+    for (SharedTreeTab* tab : tabs)
         tab->fitAround(treeTop - tabTop - 10, pageBottom - treeBottom - 12);
 }
 

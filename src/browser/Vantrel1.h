@@ -105,6 +105,8 @@ private:
     int heightTwips() const;
     // Fits the tabs that show the shared tree panel around it.
     void arrangeTreeTabs();
+    // The height of the Favorites tab's panel above the tree, which decides how far the tree reaches.
+    int frame4HeightTwips() const;
 
     QTabWidget* m_tabStrip;
     SurfPanel* m_surf;
