@@ -1,6 +1,7 @@
 #include "HelpWindow.h"
 
 #include "core/Globals.h"
+#include "widgets/WindowPlacement.h"
 
 #include <QFileInfo>
 
@@ -20,6 +21,7 @@ void HelpWindow::showHelp()
                                         : QUrl(QStringLiteral("qrc:/help/vantrel.html"));
     setSource(m_source);
     reload();
+    keepAboveOwner(this, parentWidget());
     show();
     raise();
     activateWindow();

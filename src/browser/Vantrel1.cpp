@@ -26,6 +26,7 @@
 #include "widgets/KeyedTree.h"
 #include "widgets/TabStrip.h"
 #include "widgets/Twips.h"
+#include "widgets/WindowPlacement.h"
 
 #include <QApplication>
 #include <QCalendarWidget>
@@ -250,6 +251,7 @@ void Vantrel1::AboutBtn_Click()
         m_about = new About1(this);
     if (!globals().AboutShown)
         m_about->Form_Load();
+    keepAboveOwner(m_about, this);
     m_about->show();
     m_about->raise();
     m_about->activateWindow();

@@ -9,6 +9,7 @@
 #include "core/RunError.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
+#include "widgets/WindowPlacement.h"
 
 #include <QFrame>
 #include <QStyle>
@@ -76,6 +77,7 @@ void ListsPanel::focusRunDialog()
 {
     if (!m_runDialog)
         return;
+    keepAboveOwner(m_runDialog, m_main);
     m_runDialog->show();
     m_runDialog->raise();
     m_runDialog->activateWindow();

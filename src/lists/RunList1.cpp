@@ -1,17 +1,18 @@
 #include "RunList1.h"
 
 #include "ListsPanel.h"
-
 #include "ListsTree.h"
 #include "browser/ApplyColors.h"
 #include "browser/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
+#include "widgets/WindowPlacement.h"
 #include "widgets/Twips.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
+#include <QTimer>
 #include <QComboBox>
 #include <QFrame>
 #include <QGridLayout>
@@ -111,6 +112,7 @@ void RunList1::Form_Load()
     // The dialog opens beside the main window.
     const int left = pixelsToTwips(m_main->x()) <= 4000 ? 5000 : 1000;
     move(twipsToPixels(left), y());
+    keepOnScreen(this); // its title bar, too, so that it can be read and dragged
     g.NextRunItem = 1;
     g.RunListShown = true;
 }
@@ -154,6 +156,13 @@ void RunList1::closeEvent(QCloseEvent* event)
 {
     Form_Unload();
     event->accept();
+}
+
+void RunList1::showEvent(QShowEvent* event)
+{
+    QWidget::showEvent(event);
+    // Once the desktop has framed the dialog, its real frame is known: checked again then.
+    QTimer::singleShot(0, this, [this] { keepOnScreen(this); });
 }
 
 void RunList1::changeEvent(QEvent* event)

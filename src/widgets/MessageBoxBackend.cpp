@@ -4,24 +4,50 @@
 #include <QColorDialog>
 #include <QMessageBox>
 
+#include "WindowPlacement.h"
+
+namespace {
+// A box belongs to the program window that asks (a dialog of the program in front, else the main
+// window), so that it comes up in front of it, never behind the main window kept on top.
+QWidget* ownerOfBoxes()
+{
+    QWidget* main = programMainWindow();
+    QWidget* active = QApplication::activeModalWidget();
+    if (!active)
+        active = QApplication::activeWindow();
+    for (QWidget* w = active; w; w = w->parentWidget())
+        if (w == main)
+            return active->window();
+    return main ? main : active;
+}
+
+void showInFront(QDialog& box)
+{
+    keepAboveOwner(&box, box.parentWidget());
+}
+} // namespace
+
 void MessageBoxBackend::showMessage(const QString& title, const QString& text)
 {
-    QMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::Ok, QApplication::activeWindow());
+    QMessageBox box(QMessageBox::NoIcon, title, text, QMessageBox::Ok, ownerOfBoxes());
+    showInFront(box);
     box.exec();
 }
 
 DialogService::Answer MessageBoxBackend::askQuestion(const QString& title, const QString& text)
 {
-    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No,
-                    QApplication::activeWindow());
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::Yes | QMessageBox::No, ownerOfBoxes());
+    showInFront(box);
     box.setDefaultButton(QMessageBox::Yes);
     return box.exec() == QMessageBox::Yes ? DialogService::Answer::Yes : DialogService::Answer::No;
 }
 
 std::optional<QColor> MessageBoxBackend::chooseColor(const QString& title, const QColor& initial)
 {
-    const QColor chosen = QColorDialog::getColor(initial, QApplication::activeWindow(), title);
-    if (!chosen.isValid())
+    QColorDialog dialog(initial, ownerOfBoxes());
+    dialog.setWindowTitle(title);
+    showInFront(dialog);
+    if (dialog.exec() != QDialog::Accepted || !dialog.selectedColor().isValid())
         return std::nullopt;
-    return chosen;
+    return dialog.selectedColor();
 }
