@@ -22,6 +22,7 @@ void HelpWindow::showHelp()
     setSource(m_source);
     reload();
     keepAboveOwner(this, parentWidget());
+    keepOnScreen(this);
     show();
     raise();
     activateWindow();
