@@ -4,6 +4,7 @@
 #include "widgets/KeyedTree.h"
 
 #include <QFontMetrics>
+#include <QStyle>
 #include <QTest>
 
 // Captions and node texts of any length cost what can be seen of them.
@@ -58,6 +59,36 @@ private slots:
         QPushButton visible(m_huge.left(513) + QChar(0x2026));
         QCOMPARE(huge.sizeHint(), visible.sizeHint());
         QCOMPARE(huge.minimumSizeHint(), huge.sizeHint());
+    }
+    void aPictureIsSeenOnAnyButtonColours_data()
+    {
+        QTest::addColumn<int>("back");
+        QTest::addColumn<int>("end");
+        QTest::newRow("black to white") << 0x000000 << 0xFFFFFF;
+        QTest::newRow("all black") << 0x000000 << 0x000000;
+        QTest::newRow("all white") << 0xFFFFFF << 0xFFFFFF;
+        QTest::newRow("dark blue") << 0x800000 << 0x400000;
+    }
+    void aPictureIsSeenOnAnyButtonColours()
+    {
+        QFETCH(int, back);
+        QFETCH(int, end);
+        GradientButton button("RunListBtn", QString(), nullptr);
+        button.setIcon(button.style()->standardIcon(QStyle::SP_MediaPlay));
+        button.setColors(back, 0xFFFFFF, end);
+        button.resize(90, 24);
+        const QImage image = button.grab().toImage();
+        const QRect picture = button.pictureRect();
+        // The plate around the picture has the light colour, whatever the gradient is.
+        const QColor plate = button.pictureBackground();
+        for (const QPoint& corner : {picture.topLeft() + QPoint(-1, 0), picture.bottomRight() + QPoint(1, 0)})
+            QCOMPARE(image.pixelColor(corner).rgb(), plate.rgb());
+        // And the picture itself stands out from the plate.
+        int differing = 0;
+        for (int y = picture.top(); y <= picture.bottom(); ++y)
+            for (int x = picture.left(); x <= picture.right(); ++x)
+                differing += qAbs(qGray(image.pixel(x, y)) - qGray(plate.rgb())) > 80 ? 1 : 0;
+        QVERIFY2(differing > 10, qPrintable(QString::number(differing)));
     }
     void aTreeShowsTheBeginningOfAnEnormousTextAndKeepsItWhole()
     {

@@ -104,11 +104,17 @@ void GradientButton::paintEvent(QPaintEvent*)
     if (sunken)
         textRect.translate(1, 1);
     if (!icon().isNull()) {
-        const QSize size = iconSize();
-        const QRect iconRect(textRect.left(), textRect.center().y() - size.height() / 2, size.width(),
-                             size.height());
+        const QRect iconRect = pictureRect();
+        // The picture lies on a light plate of its own: seen on any button colours, the darkest
+        // gradient included.
+        p.save();
+        p.setRenderHint(QPainter::Antialiasing);
+        p.setPen(palette().color(QPalette::Dark));
+        p.setBrush(pictureBackground());
+        p.drawRoundedRect(QRectF(iconRect.adjusted(-3, -2, 3, 2)).adjusted(0.5, 0.5, -0.5, -0.5), 3, 3);
+        p.restore();
         icon().paint(&p, iconRect, Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
-        textRect.setLeft(iconRect.right() + 4);
+        textRect.setLeft(iconRect.right() + 6);
     }
     p.setFont(font());
     const QString caption = elidedCaption(textRect.width());
@@ -144,6 +150,22 @@ QString visiblePart(const QString& text, int width)
 // A size hint measures no more of a caption than a screen could show.
 constexpr int kHintCharacters = 512;
 } // namespace
+
+QRect GradientButton::pictureRect() const
+{
+    QRect area = rect().adjusted(4, 1, -4, -1);
+    if (isDown() || isChecked())
+        area.translate(1, 1);
+    const QSize size = iconSize();
+    // A picture without a caption sits in the middle; with one, at the left before it.
+    const int left = text().isEmpty() ? area.center().x() - size.width() / 2 + 1 : area.left() + 3;
+    return QRect(left, area.center().y() - size.height() / 2 + 1, size.width(), size.height());
+}
+
+QColor GradientButton::pictureBackground() const
+{
+    return palette().color(QPalette::Light);
+}
 
 QString GradientButton::elidedCaption(int width) const
 {

@@ -54,6 +54,10 @@ public:
     QColor resolvedTextColor() const;
     QColor resolvedEndColor() const;
 
+    // Where the button's picture is painted, and the light plate under it.
+    QRect pictureRect() const;
+    QColor pictureBackground() const;
+
     // The caption as painted in `width` pixels: elided at the right when it does not fit.
     QString elidedCaption(int width) const;
 
