@@ -9,6 +9,7 @@
 #include "widgets/GradientButton.h"
 
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTabBar>
 #include <QTabWidget>
 #include <QTest>
@@ -55,6 +56,26 @@ private slots:
             QVERIFY(tab.width() > 20);
         }
     }
+    void noTabCaptionIsClippedBoldOrNot()
+    {
+        QTabBar* bar = m_main->TabStrip1()->tabBar();
+        for (bool bold : {false, true}) {
+            globals().OptBold = bold;
+            m_main->ApplyColors();
+            QFont font = bar->font();
+            font.setBold(bold);
+            const QFontMetrics metrics(font);
+            for (int i = 0; i < 5; ++i)
+                QVERIFY2(metrics.horizontalAdvance(bar->tabText(i)) <= bar->tabRect(i).width() - 2,
+                         qPrintable(QString("%1 %2: %3 in %4")
+                                        .arg(bold)
+                                        .arg(bar->tabText(i))
+                                        .arg(metrics.horizontalAdvance(bar->tabText(i)))
+                                        .arg(bar->tabRect(i).width())));
+        }
+        globals().OptBold = false;
+        m_main->ApplyColors();
+    }
     void rowsStayInsideTheSurfPanelWithoutOverlapping()
     {
         SurfPanel* surf = m_main->surf();
@@ -89,14 +110,36 @@ private slots:
         for (int i = 0; i < 32; ++i)
             QVERIFY(buttons->rect().contains(buttons->findChild<GradientButton*>(QString("FavBtn_%1").arg(i))->geometry()));
     }
-    void optionsFitTheWidthOfTheWindow()
+    void everyOptionCanBeReachedAndTheCommandsStayInView()
     {
         m_main->TabStrip1()->setCurrentIndex(4);
-        QCoreApplication::processEvents();
-        auto* scroll = m_main->optionsPanel()->findChild<QScrollArea*>();
-        QVERIFY(scroll);
-        QVERIFY2(scroll->widget()->minimumSizeHint().width() <= scroll->viewport()->width() + 1,
-                 qPrintable(QString("%1 > %2").arg(scroll->widget()->minimumSizeHint().width()).arg(scroll->viewport()->width())));
+        for (bool bold : {false, true}) {
+            globals().OptBold = bold;
+            m_main->ApplyColors();
+            QCoreApplication::processEvents();
+            auto* scroll = m_main->optionsPanel()->findChild<QScrollArea*>("OptionsScroll");
+            QVERIFY(scroll);
+            const QSize content = scroll->widget()->minimumSizeHint();
+            const QSize room = scroll->maximumViewportSize();
+            // What does not fit can be scrolled to, in each direction.
+            QVERIFY(scroll->horizontalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
+            QVERIFY(scroll->verticalScrollBarPolicy() != Qt::ScrollBarAlwaysOff);
+            if (content.width() > room.width())
+                QVERIFY(scroll->horizontalScrollBar()->maximum() > 0);
+            if (content.height() > room.height())
+                QVERIFY(scroll->verticalScrollBar()->maximum() > 0);
+            QVERIFY(scroll->widget()->width() >= content.width());
+            // Apply, Help and About lie outside the scrolled part, whole inside the window.
+            for (const char* name : {"WinOptnBtn", "HelpBtn", "AboutBtn"}) {
+                auto* button = m_main->optionsPanel()->findChild<QWidget*>(name);
+                QVERIFY2(button && button->isVisible(), name);
+                QVERIFY(!scroll->isAncestorOf(button));
+                QVERIFY2(m_main->rect().contains(inWindow(button, m_main.get())), name);
+                QVERIFY(button->width() > 20);
+            }
+        }
+        globals().OptBold = false;
+        m_main->ApplyColors();
     }
 };
 

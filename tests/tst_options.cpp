@@ -20,6 +20,10 @@
 #include <QLineEdit>
 #include <QRadioButton>
 #include <QTabWidget>
+#include <QTabBar>
+#include <QScrollArea>
+#include <QStyle>
+#include <QStyleOptionButton>
 #include <QTest>
 
 #include <memory>
@@ -299,6 +303,79 @@ private slots:
         for (const char* name : {"NewBtn", "Button_3", "FavBtn_4", "SSTree1", "SSTree2", "SSTree3", "CHKTOP",
                                  "RDTYPE_1", "Text2_0", "DistFavBtn"})
             QVERIFY2(!m_main->findChild<QWidget*>(name)->font().bold(), name);
+    }
+    void checkBoxesLetTheWindowBackgroundShowThroughTheirRow()
+    {
+        // A dark scheme: white text on a window that runs from black to dark blue, bold.
+        QVERIFY(writeAll(m_app->file("Colors.INI"),
+                         " 0  16777215  8388608  16761024  16448  14737632 -2147483630  0  0  8388608 \r\n"));
+        start();
+        options()->CHKBOLD()->setChecked(true);
+        apply();
+        auto* scroll = m_main->findChild<QScrollArea*>("OptionsScroll");
+        int sampled = 0;
+        for (QCheckBox* box : {options()->CHKBOLD(), options()->CHKSTARTURL(), options()->CHKLIST(),
+                               options()->CHKTHEATER(), options()->CHKTOP()}) {
+            QVERIFY2(!box->autoFillBackground(), qPrintable(box->objectName()));
+            QCOMPARE(box->palette().color(QPalette::WindowText), QColor(255, 255, 255));
+            // Right of the caption the row shows the window's gradient, well on its way from black to
+            // blue there, not a band of the box's own.
+            scroll->ensureWidgetVisible(box);
+            QStyleOptionButton option;
+            option.initFrom(box);
+            const QRect contents = box->style()->subElementRect(QStyle::SE_CheckBoxContents, &option, box);
+            const int captionEnd = contents.left() + box->fontMetrics().horizontalAdvance(box->text()) + 6;
+            const QPoint beside = box->mapTo(m_main.get(), QPoint(captionEnd, box->height() / 2));
+            const QRect viewport(scroll->viewport()->mapTo(m_main.get(), QPoint(0, 0)), scroll->viewport()->size());
+            if (!viewport.adjusted(0, 0, -4, 0).contains(beside) || beside.x() < viewport.center().x())
+                continue; // a caption that reaches past the middle of the window leaves no such place
+            const QColor seen = m_main->grab().toImage().pixelColor(beside);
+            QVERIFY2(seen.blue() >= 0x30 && seen.red() < 0x10 && seen.green() < 0x10,
+                     qPrintable(box->objectName() + " " + seen.name()));
+            ++sampled;
+        }
+        QVERIFY(sampled >= 2);
+    }
+    void captionsOfTheTabsAndFramesFollowTheBoldOption()
+    {
+        start();
+        QTabBar* tabs = m_main->TabStrip1()->tabBar();
+        for (bool bold : {true, false}) {
+            options()->CHKBOLD()->setChecked(bold);
+            apply();
+            QVERIFY(tabs->styleSheet().contains(bold ? "font-weight: bold" : "font-weight: normal"));
+            QVERIFY(!tabs->styleSheet().contains(":selected")); // the selected tab is no exception
+            for (const char* frame : {"Frame6", "Frame7"})
+                QCOMPARE(m_main->findChild<QWidget*>(frame)->font().bold(), bold);
+        }
+    }
+    void theDistributeButtonAndTheLabelsTakeTheWindowColours()
+    {
+        QVERIFY(writeAll(m_app->file("Colors.INI"),
+                         " 4194304  16777215  8388608  16761024  16448  14737632 -2147483630  0  0  8388608 \r\n"));
+        start();
+        auto* hint = m_main->findChild<GradientButton*>("DistFavBtn");
+        const Globals& g = globals();
+        QCOMPARE(hint->backColor(), g.WindowBackColor);
+        QCOMPARE(hint->textColor(), g.WindowTextColor);
+        QCOMPARE(hint->endColor(), g.WindowEndColor);
+        QVERIFY(hint->backColor() != g.ButtonBackColor);
+    }
+    void theCalendarsTitleRowTakesTheListColours()
+    {
+        QVERIFY(
+            writeAll(m_app->file("Colors.INI"),
+                     " 16744576 -2147483640  16777215  16761024  16448  255  65280  0  0  16777215 \r\n"));
+        start();
+        m_main->TabStrip1()->setCurrentIndex(0);
+        QTest::mouseClick(m_main->surf()->CalendarBtn(), Qt::LeftButton);
+        auto* title = m_main->findChild<QWidget*>("qt_calendar_navigationbar");
+        QVERIFY(title);
+        QCOMPARE(title->palette().color(QPalette::Highlight), QColor(255, 0, 0));
+        QCOMPARE(title->palette().color(QPalette::HighlightedText), QColor(0, 255, 0));
+        auto* month = m_main->findChild<QWidget*>("qt_calendar_monthbutton");
+        QVERIFY(month);
+        QCOMPARE(month->palette().color(QPalette::ButtonText), QColor(0, 255, 0));
     }
     void listsTakeTheListColours()
     {

@@ -96,7 +96,7 @@ void Vantrel1::ApplyColors()
 
     paintPanel(this, g.WindowBackColor, g.WindowTextColor, nullptr);
 
-    static_cast<TabStrip*>(m_tabStrip)->setTabColors(resolved(g.TabBackColor), resolved(g.TabTextColor));
+    static_cast<TabStrip*>(m_tabStrip)->setTabColors(resolved(g.TabBackColor), resolved(g.TabTextColor), bold);
     setBold(m_tabStrip, bold);
 
     m_surf->setCalendarColors(resolved(g.ListBackColor), resolved(g.ListTextColor));
@@ -112,6 +112,15 @@ void Vantrel1::ApplyColors()
     static const QRegularExpression frames(QStringLiteral("^Frame[1-7]$"));
     for (QWidget* frame : findChildren<QWidget*>(frames))
         paintPanel(frame, g.WindowBackColor, g.WindowTextColor, &g.WindowEndColor);
+    // The captions of the options' and the calendar's frames follow the bold option.
+    for (const char* name : {"Frame6", "Frame7"})
+        for (QWidget* frame : findChildren<QWidget*>(QString::fromLatin1(name)))
+            setBold(frame, bold);
+    // The distribute button is a line of the window, not a command: it takes the window colours.
+    for (GradientButton* hint : findChildren<GradientButton*>(QStringLiteral("DistFavBtn")))
+        hint->setColors(g.WindowBackColor, g.WindowTextColor, g.WindowEndColor);
+    for (QWidget* commands : findChildren<QWidget*>(QStringLiteral("OptionsCommands")))
+        paintPanel(commands, g.WindowBackColor, g.WindowTextColor, &g.WindowEndColor);
     for (QWidget* frame : findChildren<QWidget*>(QStringLiteral("Frame8")))
         paintPanel(frame, g.WindowBackColor, g.WindowTextColor, nullptr);
     for (const char* name : {"Label1", "Label2"})
@@ -133,9 +142,11 @@ void Vantrel1::ApplyColors()
         paintText(box, g.WindowTextColor);
         setBold(box, bold);
     }
+    // The check boxes let the window's background show through their whole row.
     for (QCheckBox* box : {m_options->CHKBOLD(), m_options->CHKSTARTURL(), m_options->CHKLIST(),
                            m_options->CHKTHEATER(), m_options->CHKTOP()}) {
-        paintPanel(box, g.WindowBackColor, g.WindowTextColor, nullptr);
+        box->setAutoFillBackground(false);
+        paintText(box, g.WindowTextColor);
         setBold(box, bold);
     }
 }

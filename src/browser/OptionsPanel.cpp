@@ -151,30 +151,39 @@ OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
     grid->setColumnStretch(0, 1);
     column->addLayout(grid);
 
-    m_apply = new GradientButton(QStringLiteral("WinOptnBtn"), QStringLiteral("Apply"), m_frame);
-    m_apply->setToolTip(QStringLiteral("Set Program Window Options"));
-    m_help = new GradientButton(QStringLiteral("HelpBtn"), QStringLiteral("Help"), m_frame);
-    m_help->setToolTip(QStringLiteral("Help with Program Options"));
-    m_about = new GradientButton(QStringLiteral("AboutBtn"), QStringLiteral("About"), m_frame);
-    m_about->setToolTip(QStringLiteral("About Vantrel"));
-    auto* buttons = new QHBoxLayout;
-    for (GradientButton* button : {m_apply, m_help, m_about}) {
-        button->setMinimumHeight(24);
-        buttons->addWidget(button);
-    }
-    column->addSpacing(4);
-    column->addLayout(buttons);
     column->addStretch(1);
 
-    // The tab may be shorter than its options: then it scrolls.
+    // Apply, Help and About stay in view below the options, which scroll when the tab is too small
+    // for them, in either direction.
+    m_commands = new QWidget(this);
+    m_commands->setObjectName(QStringLiteral("OptionsCommands"));
+    m_apply = new GradientButton(QStringLiteral("WinOptnBtn"), QStringLiteral("Apply"), m_commands);
+    m_apply->setToolTip(QStringLiteral("Set Program Window Options"));
+    m_help = new GradientButton(QStringLiteral("HelpBtn"), QStringLiteral("Help"), m_commands);
+    m_help->setToolTip(QStringLiteral("Help with Program Options"));
+    m_about = new GradientButton(QStringLiteral("AboutBtn"), QStringLiteral("About"), m_commands);
+    m_about->setToolTip(QStringLiteral("About Vantrel"));
+    auto* buttons = new QHBoxLayout(m_commands);
+    buttons->setContentsMargins(6, 4, 6, 4);
+    for (GradientButton* button : {m_apply, m_help, m_about}) {
+        button->setMinimumHeight(24);
+        button->setMinimumWidth(10);
+        button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        buttons->addWidget(button);
+    }
+
     auto* scroll = new QScrollArea(this);
+    scroll->setObjectName(QStringLiteral("OptionsScroll"));
     scroll->setWidget(m_frame);
     scroll->setWidgetResizable(true);
     scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(scroll);
+    layout->setSpacing(0);
+    layout->addWidget(scroll, 1);
+    layout->addWidget(m_commands);
 
     connect(m_apply, &GradientButton::clicked, this, &OptionsPanel::WinOptnBtn_Click);
     connect(m_help, &GradientButton::clicked, main, &Vantrel1::showHelp);

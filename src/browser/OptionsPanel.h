@@ -56,6 +56,7 @@ private:
     QCheckBox* m_chkTheater;
     QCheckBox* m_chkTop;
     QCheckBox* m_chkBold;
+    QWidget* m_commands; // Apply, Help and About, always in view
     GradientButton* m_apply;
     GradientButton* m_help;
     GradientButton* m_about;

@@ -133,6 +133,21 @@ void SurfPanel::paintCalendar()
         if (m_calendarText.isValid())
             palette.setColor(role, m_calendarText);
     m_calendar->setPalette(palette);
+    // The title row (month and year) is painted in the highlight colours by the calendar itself:
+    // it takes the list colours too.
+    if (QWidget* title = m_calendar->findChild<QWidget*>(QStringLiteral("qt_calendar_navigationbar"))) {
+        QPalette bar = title->palette();
+        for (QPalette::ColorRole role : {QPalette::Highlight, QPalette::Window, QPalette::Button})
+            if (m_calendarBack.isValid())
+                bar.setColor(role, m_calendarBack);
+        for (QPalette::ColorRole role :
+             {QPalette::HighlightedText, QPalette::WindowText, QPalette::ButtonText, QPalette::Text})
+            if (m_calendarText.isValid())
+                bar.setColor(role, m_calendarText);
+        title->setPalette(bar);
+        for (QWidget* part : title->findChildren<QWidget*>())
+            part->setPalette(bar);
+    }
 }
 
 void SurfPanel::setCalendarDate(const QDate& date)

@@ -11,6 +11,7 @@ class TabStrip : public QTabWidget
 public:
     explicit TabStrip(QWidget* parent = nullptr);
 
-    // The tabs' background and caption colours; an invalid colour leaves the theme's.
-    void setTabColors(const QColor& back, const QColor& text);
+    // The tabs' background and caption colours (an invalid colour leaves the theme's), and whether
+    // every caption is bold.
+    void setTabColors(const QColor& back, const QColor& text, bool bold);
 };
