@@ -1,6 +1,7 @@
 #include "browser/BrowserEngine.h"
 #include "browser/EntryProcedure.h"
 #include "browser/Vantrel1.h"
+#include "core/PlatformChoice.h"
 #include "widgets/MessageBoxBackend.h"
 
 #include <QApplication>
@@ -8,6 +9,7 @@
 
 int main(int argc, char* argv[])
 {
+    PlatformChoice::apply();
     BrowserEngine::prepare();
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Vantrel"));
