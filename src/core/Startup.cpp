@@ -55,12 +55,17 @@ void InitState()
         g.WindowUrl[slot].clear();
 }
 
+QString DataHomeFolder()
+{
+    const QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
+    if (dataHome.isEmpty() || !QDir::isAbsolutePath(dataHome))
+        return QDir::homePath() + QStringLiteral("/.local/share");
+    return dataHome;
+}
+
 QString DefaultProgramFolder()
 {
-    QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
-    if (dataHome.isEmpty() || !QDir::isAbsolutePath(dataHome))
-        dataHome = QDir::homePath() + QStringLiteral("/.local/share");
-    return QDir::cleanPath(dataHome + QStringLiteral("/Vantrel"));
+    return QDir::cleanPath(DataHomeFolder() + QStringLiteral("/Vantrel"));
 }
 
 void ResolveAppPath(const QString& programFileName)

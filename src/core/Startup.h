@@ -10,6 +10,9 @@ void InitDefaults();
 // The run-time state of a fresh start: no windows, no run, free slots.
 void InitState();
 
+// The user's data folder: $XDG_DATA_HOME, or ~/.local/share when it is unset or not absolute.
+QString DataHomeFolder();
+
 // The default program folder: $XDG_DATA_HOME/Vantrel, or ~/.local/share/Vantrel.
 QString DefaultProgramFolder();
 

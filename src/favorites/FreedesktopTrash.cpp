@@ -1,6 +1,7 @@
 #include "FreedesktopTrash.h"
 
 #include "core/FileName.h"
+#include "core/Startup.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -38,10 +39,7 @@ bool writeAll(int fd, const QByteArray& bytes)
 
 QString homeTrash()
 {
-    QString dataHome = qEnvironmentVariable("XDG_DATA_HOME");
-    if (dataHome.isEmpty() || !QDir::isAbsolutePath(dataHome))
-        dataHome = QDir::homePath() + QStringLiteral("/.local/share");
-    return QDir::cleanPath(dataHome + QStringLiteral("/Trash"));
+    return QDir::cleanPath(DataHomeFolder() + QStringLiteral("/Trash"));
 }
 
 bool moveToTrash(const QString& path)
