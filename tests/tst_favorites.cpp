@@ -25,16 +25,6 @@
 #include <memory>
 #include <sys/stat.h>
 
-// Records the addresses the program asks the desktop to open.
-class UrlRecorder : public QObject
-{
-    Q_OBJECT
-public:
-    QList<QUrl> opened;
-public slots:
-    void open(const QUrl& url) { opened << url; }
-};
-
 // The Favorites tab on real temporary folders: the tree, its editing, the quick buttons.
 class TestFavorites : public QObject
 {

@@ -1,6 +1,9 @@
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
 #include "about/About1.h"
+#include "additions/EventLog.h"
+#include "additions/MoreOptions.h"
+#include "additions/VantrelConf.h"
 #include "browser/OptionsPanel.h"
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
@@ -24,6 +27,9 @@
 #include <QScrollArea>
 #include <QStyle>
 #include <QStyleOptionButton>
+#include <QSpinBox>
+#include <QPushButton>
+#include <QDesktopServices>
 #include <QTest>
 
 #include <memory>
@@ -376,6 +382,58 @@ private slots:
         auto* month = m_main->findChild<QWidget*>("qt_calendar_monthbutton");
         QVERIFY(month);
         QCOMPARE(month->palette().color(QPalette::ButtonText), QColor(0, 255, 0));
+    }
+    void moreOptionsShowsTheAdditionsSettingsAndKeepsThemOnOk()
+    {
+        start();
+        QTest::mouseClick(options()->MoreOptionsBtn(), Qt::LeftButton);
+        MoreOptions* more = options()->moreOptions();
+        QVERIFY(more && more->isVisible());
+        QCOMPARE(more->windowTitle(), QStringLiteral("More Options"));
+        QCOMPARE(options()->MoreOptionsBtn()->text(), QStringLiteral("More..."));
+        for (const VantrelConf::Setting& setting : VantrelConf::all()) {
+            QWidget* control = more->control(setting.key);
+            QVERIFY2(control, setting.key);
+            QCOMPARE(control->toolTip(), setting.toolTip);
+        }
+        auto* show = qobject_cast<QCheckBox*>(more->control(VantrelConf::kShowWhenLoaded));
+        auto* wait = qobject_cast<QSpinBox*>(more->control(VantrelConf::kReadySeconds));
+        auto* reload = qobject_cast<QSpinBox*>(more->control(VantrelConf::kKeptReloadMinutes));
+        QVERIFY(show && wait && reload);
+        QVERIFY(show->isChecked());
+        QCOMPARE(reload->text(), QStringLiteral("never"));
+        // Cancel keeps what was stored.
+        show->setChecked(false);
+        QTest::mouseClick(more->findChild<QPushButton*>("CancelBtn"), Qt::LeftButton);
+        QVERIFY(!more->isVisible());
+        QVERIFY(VantrelConf::flag(VantrelConf::kShowWhenLoaded));
+        // OK stores what is shown.
+        QTest::mouseClick(options()->MoreOptionsBtn(), Qt::LeftButton);
+        QVERIFY(show->isChecked()); // shown anew from the file
+        show->setChecked(false);
+        wait->setValue(30);
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QVERIFY(!more->isVisible());
+        QVERIFY(!VantrelConf::flag(VantrelConf::kShowWhenLoaded));
+        QCOMPARE(VantrelConf::value(VantrelConf::kReadySeconds), 30);
+        QVERIFY(readAll(m_app->file("Vantrel.conf")).contains("LongestWaitForAPageSeconds=30"));
+    }
+    void moreOptionsOpensTheLog()
+    {
+        start();
+        options()->MoreOptionsBtn_Click();
+        MoreOptions* more = options()->moreOptions();
+        auto* log = more->findChild<QPushButton*>("OpenLogBtn");
+        QVERIFY(log);
+        DialogService::clearShown();
+        QTest::mouseClick(log, Qt::LeftButton);
+        QCOMPARE(DialogService::shownTexts(), QStringList{"Nothing has been logged yet: " + m_app->file("Vantrel.log")});
+        EventLog::write("run started: L");
+        UrlRecorder viewer;
+        QDesktopServices::setUrlHandler("file", &viewer, "open");
+        QTest::mouseClick(log, Qt::LeftButton);
+        QDesktopServices::unsetUrlHandler("file");
+        QCOMPARE(viewer.opened, QList<QUrl>{QUrl::fromLocalFile(m_app->file("Vantrel.log"))});
     }
     void listsTakeTheListColours()
     {

@@ -1,6 +1,7 @@
 #include "OptionsPanel.h"
 
 #include "Vantrel1.h"
+#include "additions/MoreOptions.h"
 #include "core/ColorsFile.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -9,6 +10,7 @@
 #include "widgets/ColorSwatch.h"
 #include "widgets/GradientButton.h"
 #include "widgets/Twips.h"
+#include "widgets/WindowPlacement.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -163,9 +165,11 @@ OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
     m_help->setToolTip(QStringLiteral("Help with Program Options"));
     m_about = new GradientButton(QStringLiteral("AboutBtn"), QStringLiteral("About"), m_commands);
     m_about->setToolTip(QStringLiteral("About Vantrel"));
+    m_more = new GradientButton(QStringLiteral("MoreOptionsBtn"), QStringLiteral("More..."), m_commands);
+    m_more->setToolTip(QStringLiteral("More Options: timed browsing left alone, recovery, the log"));
     auto* buttons = new QHBoxLayout(m_commands);
     buttons->setContentsMargins(6, 4, 6, 4);
-    for (GradientButton* button : {m_apply, m_help, m_about}) {
+    for (GradientButton* button : {m_apply, m_more, m_help, m_about}) {
         button->setMinimumHeight(24);
         button->setMinimumWidth(10);
         button->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
@@ -188,6 +192,7 @@ OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
     connect(m_apply, &GradientButton::clicked, this, &OptionsPanel::WinOptnBtn_Click);
     connect(m_help, &GradientButton::clicked, main, &Vantrel1::showHelp);
     connect(m_about, &GradientButton::clicked, main, &Vantrel1::AboutBtn_Click);
+    connect(m_more, &GradientButton::clicked, this, &OptionsPanel::MoreOptionsBtn_Click);
 }
 
 void OptionsPanel::ShowOptionControls()
@@ -240,6 +245,23 @@ void OptionsPanel::ReadOptionControls()
     if (!m_text2[1]->text().isEmpty())
         g.NewWindowUrl = m_text2[1]->text().trimmed();
     g.StartListIndex = m_cmbList->currentIndex();
+}
+
+MoreOptions* OptionsPanel::moreOptions() const
+{
+    return m_moreOptions;
+}
+
+void OptionsPanel::MoreOptionsBtn_Click()
+{
+    if (!m_moreOptions)
+        m_moreOptions = new MoreOptions(m_main);
+    m_moreOptions->showSettings();
+    keepAboveOwner(m_moreOptions, m_main);
+    m_moreOptions->show();
+    keepOnScreen(m_moreOptions);
+    m_moreOptions->raise();
+    m_moreOptions->activateWindow();
 }
 
 void OptionsPanel::ShowColorControls()

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
 
 #include <array>
 
 class ColorSwatch;
 class GradientButton;
+class MoreOptions;
 class QCheckBox;
 class QComboBox;
 class QGroupBox;
@@ -32,6 +34,10 @@ public:
     QCheckBox* CHKTOP() const { return m_chkTop; }
     QCheckBox* CHKBOLD() const { return m_chkBold; }
     GradientButton* WinOptnBtn() const { return m_apply; }
+    GradientButton* MoreOptionsBtn() const { return m_more; }
+    MoreOptions* moreOptions() const;
+    // Opens the "More Options" dialog of Vantrel's own additions.
+    void MoreOptionsBtn_Click();
     GradientButton* HelpBtn() const { return m_help; }
     GradientButton* AboutBtn() const { return m_about; }
 
@@ -56,7 +62,9 @@ private:
     QCheckBox* m_chkTheater;
     QCheckBox* m_chkTop;
     QCheckBox* m_chkBold;
-    QWidget* m_commands; // Apply, Help and About, always in view
+    QWidget* m_commands; // Apply, More, Help and About, always in view
+    GradientButton* m_more;
+    QPointer<MoreOptions> m_moreOptions;
     GradientButton* m_apply;
     GradientButton* m_help;
     GradientButton* m_about;

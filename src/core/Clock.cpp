@@ -33,6 +33,11 @@ QDate Clock::today()
     return current().now().date();
 }
 
+QDateTime Clock::localNow()
+{
+    return current().now();
+}
+
 void Clock::setInstance(Clock* clock)
 {
     g_clock = clock;

@@ -15,6 +15,8 @@ public:
     static double secondsSinceMidnight();
     static QTime timeOfDay();
     static QDate today();
+    // The local date and time.
+    static QDateTime localNow();
 
     // Replaces the clock; nullptr restores the system clock. The caller keeps ownership.
     static void setInstance(Clock* clock);

@@ -9,6 +9,7 @@
 #include <QStringList>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QUrl>
 
 #include <sys/resource.h>
 #include <sys/types.h>
@@ -85,6 +86,16 @@ bool interruptedSave(const QString& path, const QByteArray& bytes);
 
 // The hidden files in `folder` (names starting with ".").
 QStringList hiddenFiles(const QString& folder);
+
+// Records the addresses the program asks the desktop to open (QDesktopServices::setUrlHandler).
+class UrlRecorder : public QObject
+{
+    Q_OBJECT
+public:
+    QList<QUrl> opened;
+public slots:
+    void open(const QUrl& url) { opened << url; }
+};
 
 class KeyedTree;
 

@@ -1,0 +1,118 @@
+#include "MoreOptions.h"
+
+#include "EventLog.h"
+#include "VantrelConf.h"
+#include "browser/ApplyColors.h"
+#include "core/DialogService.h"
+
+#include <QCheckBox>
+#include <QDesktopServices>
+#include <QDialogButtonBox>
+#include <QEvent>
+#include <QFile>
+#include <QFormLayout>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace {
+// "TimedBrowsing/KeepScreenAwake" names its control "KeepScreenAwake".
+QString controlName(const char* key)
+{
+    return QString::fromLatin1(key).section(u'/', -1);
+}
+} // namespace
+
+MoreOptions::MoreOptions(QWidget* owner) : QWidget(owner, Qt::Dialog)
+{
+    setObjectName(QStringLiteral("MoreOptions"));
+    setWindowTitle(QStringLiteral("More Options"));
+    auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    for (const VantrelConf::Setting& setting : VantrelConf::all()) {
+        Row row{setting.key};
+        if (setting.flag) {
+            row.box = new QCheckBox(setting.label, this);
+            row.box->setObjectName(controlName(setting.key));
+            row.box->setToolTip(setting.toolTip);
+            form->addRow(row.box);
+        } else {
+            row.number = new QSpinBox(this);
+            row.number->setObjectName(controlName(setting.key));
+            row.number->setRange(setting.minimum, setting.maximum);
+            row.number->setSpecialValueText(setting.zeroText);
+            row.number->setSuffix(setting.unit);
+            row.number->setToolTip(setting.toolTip);
+            row.number->setAccessibleName(setting.label);
+            form->addRow(setting.label, row.number);
+        }
+        m_rows.push_back(row);
+    }
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("OKBtn"));
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CancelBtn"));
+    QPushButton* log = buttons->addButton(QStringLiteral("Open the Log"), QDialogButtonBox::ActionRole);
+    log->setObjectName(QStringLiteral("OpenLogBtn"));
+    log->setToolTip(QStringLiteral("Show Vantrel.log: what happened while nobody watched"));
+    connect(buttons, &QDialogButtonBox::accepted, this, &MoreOptions::okClicked);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
+    connect(log, &QPushButton::clicked, this, &MoreOptions::openLog);
+    auto* layout = new QVBoxLayout(this);
+    layout->addLayout(form);
+    layout->addWidget(buttons);
+    showSettings();
+}
+
+QWidget* MoreOptions::control(const char* key) const
+{
+    for (const Row& row : m_rows)
+        if (qstrcmp(row.key, key) == 0)
+            return row.box ? static_cast<QWidget*>(row.box) : row.number;
+    return nullptr;
+}
+
+void MoreOptions::showSettings()
+{
+    for (const Row& row : m_rows) {
+        if (row.box)
+            row.box->setChecked(VantrelConf::flag(row.key));
+        else
+            row.number->setValue(VantrelConf::value(row.key));
+    }
+}
+
+bool MoreOptions::storeSettings()
+{
+    bool stored = true;
+    for (const Row& row : m_rows)
+        stored = VantrelConf::setValue(row.key, row.box ? int(row.box->isChecked()) : row.number->value()) && stored;
+    return stored;
+}
+
+void MoreOptions::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::ActivationChange && isActiveWindow())
+        applyDialogColors(this);
+    QWidget::changeEvent(event);
+}
+
+void MoreOptions::okClicked()
+{
+    if (!storeSettings()) {
+        DialogService::message(QStringLiteral("The settings could not be saved in ") + VantrelConf::path());
+        return;
+    }
+    close();
+}
+
+void MoreOptions::openLog()
+{
+    const QString log = EventLog::path();
+    if (!QFile::exists(log)) {
+        DialogService::message(QStringLiteral("Nothing has been logged yet: ") + log);
+        return;
+    }
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(log)))
+        DialogService::message(QStringLiteral("No program could be started to show the log. It is in ") + log);
+}

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QWidget>
+
+#include <vector>
+
+class QCheckBox;
+class QSpinBox;
+
+// The "More Options" dialog: the settings of Vantrel's own additions (VantrelConf), one control
+// each with its tool tip, and a button that opens the log. OK keeps what is shown; Cancel and
+// closing leave the settings as they were.
+class MoreOptions : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit MoreOptions(QWidget* owner);
+
+    // Shows the stored settings.
+    void showSettings();
+    // Stores what the controls show; false when the settings file could not be written.
+    bool storeSettings();
+
+    // The control of a setting: a QCheckBox or a QSpinBox, named after the setting's key.
+    QWidget* control(const char* key) const;
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void okClicked();
+    void openLog();
+
+    struct Row
+    {
+        const char* key;
+        QCheckBox* box = nullptr;
+        QSpinBox* number = nullptr;
+    };
+    std::vector<Row> m_rows;
+};

@@ -1,0 +1,89 @@
+#include "VantrelConf.h"
+
+#include "core/Globals.h"
+
+#include <QSettings>
+
+#include <algorithm>
+
+namespace VantrelConf {
+
+const QList<Setting>& all()
+{
+    static const QList<Setting> settings = {
+        {kShowWhenLoaded, QStringLiteral("Show each page of a run only when it has loaded"),
+         QStringLiteral("A window keeps showing its page until the next one has loaded, so that no blank or "
+                        "half-drawn page is seen"),
+         true, 1},
+        {kReadySeconds, QStringLiteral("Longest wait for a page before it is shown anyway"),
+         QStringLiteral("A page that takes longer to load is shown as far as it has come"), false, 10, 1, 120,
+         QString(), QStringLiteral(" s")},
+        {kKeptReloadMinutes, QStringLiteral("Reload a kept page every"),
+         QStringLiteral("With \"Keep Pages Loaded\", each page is loaded again after this time; never keeps it "
+                        "as it is"),
+         false, 0, 0, 1440, QStringLiteral("never"), QStringLiteral(" min")},
+        {kKeepScreenAwake, QStringLiteral("Keep the screen awake while a list runs"),
+         QStringLiteral("The screen saver and screen blanking are held off while a list runs"), true, 1},
+        {kCrashReloads, QStringLiteral("Reload a crashed page by itself, at most"),
+         QStringLiteral("A page whose process ends abnormally is loaded again by itself this often; after "
+                        "that it shows its Reload button and waits"),
+         false, 3, 0, 100, QStringLiteral("never"), QStringLiteral(" times")},
+        {kCrashWindowMinutes, QStringLiteral("... within"),
+         QStringLiteral("The time over which the automatic reloads of one window are counted"), false, 10, 1,
+         1440, QString(), QStringLiteral(" min")},
+        {kCrashDelaySeconds, QStringLiteral("Wait before reloading a crashed page"),
+         QStringLiteral("How long the crashed page's notice shows before it is loaded again"), false, 2, 0, 600,
+         QString(), QStringLiteral(" s")},
+        {kNetworkRetry, QStringLiteral("Try a page again when the network fails"),
+         QStringLiteral("A page that could not be reached is tried again after 2, 4, 8 ... seconds (at most "
+                        "every 5 minutes), and at once when the network comes back"),
+         true, 1},
+    };
+    return settings;
+}
+
+const Setting* find(const char* key)
+{
+    for (const Setting& setting : all())
+        if (qstrcmp(setting.key, key) == 0)
+            return &setting;
+    return nullptr;
+}
+
+QString path()
+{
+    return appFilePath(QString::fromLatin1(kFileName));
+}
+
+int value(const char* key)
+{
+    const Setting* setting = find(key);
+    if (!setting)
+        return 0;
+    const QSettings file(path(), QSettings::IniFormat);
+    bool ok = false;
+    const int stored = file.value(QString::fromLatin1(key)).toInt(&ok);
+    const int maximum = setting->flag ? 1 : setting->maximum;
+    if (!ok || stored < setting->minimum || stored > maximum)
+        return setting->defaultValue; // a damaged or foreign value counts for nothing
+    return stored;
+}
+
+bool flag(const char* key)
+{
+    return value(key) != 0;
+}
+
+bool setValue(const char* key, int value)
+{
+    const Setting* setting = find(key);
+    if (!setting)
+        return false;
+    const int maximum = setting->flag ? 1 : setting->maximum;
+    QSettings file(path(), QSettings::IniFormat);
+    file.setValue(QString::fromLatin1(key), std::clamp(value, setting->minimum, maximum));
+    file.sync(); // written to a temporary file and renamed over the old one
+    return file.status() == QSettings::NoError;
+}
+
+} // namespace VantrelConf

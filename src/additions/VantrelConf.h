@@ -1,0 +1,49 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+
+// The settings of Vantrel's own additions (timed browsing that runs unattended, recovery, the
+// log), kept in "Vantrel.conf" in the program folder, an INI file that is replaced atomically when
+// it is written. The five data files never hold them. Every setting has a default that suits a
+// person who never opens the "More Options" dialog, where they are shown.
+namespace VantrelConf {
+
+inline constexpr char kFileName[] = "Vantrel.conf";
+
+// The keys.
+inline constexpr char kShowWhenLoaded[] = "TimedBrowsing/ShowEachPageWhenLoaded";
+inline constexpr char kReadySeconds[] = "TimedBrowsing/LongestWaitForAPageSeconds";
+inline constexpr char kKeptReloadMinutes[] = "TimedBrowsing/ReloadKeptPageMinutes";
+inline constexpr char kKeepScreenAwake[] = "TimedBrowsing/KeepScreenAwake";
+inline constexpr char kCrashReloads[] = "Recovery/ReloadsAfterACrash";
+inline constexpr char kCrashWindowMinutes[] = "Recovery/CrashReloadsWithinMinutes";
+inline constexpr char kCrashDelaySeconds[] = "Recovery/SecondsBeforeACrashReload";
+inline constexpr char kNetworkRetry[] = "Recovery/RetryAfterNetworkFailures";
+
+struct Setting
+{
+    const char* key;
+    QString label;   // as the dialog shows it
+    QString toolTip;
+    bool flag;       // a check box; otherwise a number
+    int defaultValue;
+    int minimum = 0;
+    int maximum = 1;
+    QString zeroText; // what a number of 0 means, when it means something of its own ("never")
+    QString unit;
+};
+
+// Every setting, in the order of the dialog.
+const QList<Setting>& all();
+const Setting* find(const char* key);
+
+QString path();
+
+// The stored value, or the default when none is stored or the stored one is out of its range.
+int value(const char* key);
+bool flag(const char* key);
+// Stores a value (clamped to its range); false when the file could not be written.
+bool setValue(const char* key, int value);
+
+} // namespace VantrelConf
