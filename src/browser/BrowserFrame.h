@@ -34,6 +34,8 @@ public:
     void showDownload(QWebEngineDownloadRequest* download);
     void showMessage(const QString& text);
     bool isShowingCrash() const;
+    // Leaves the crash panel and loads the crashed page again (its Reload button does the same).
+    void reloadAfterCrash();
 
     // The frame that shows `page`, if any.
     static BrowserFrame* frameOfPage(QWebEnginePage* page);
@@ -46,7 +48,6 @@ protected:
 
 private:
     void showCrash(const QString& address);
-    void reloadAfterCrash();
     void updateNavigation();
 
     BrowserPage* m_page;

@@ -24,6 +24,8 @@ public:
     virtual QString locationName() const = 0;
     // Closes and ends the window; quitted() follows.
     virtual void quit() = 0;
+    // Loads again the address that failed to load, or whose page crashed.
+    virtual void retry() = 0;
 
 signals:
     void beforeNavigate(const QString& url);
@@ -32,6 +34,13 @@ signals:
     void titleChange(const QString& title);
     // The window was closed, by the user or by quit().
     void quitted();
+    // The top frame began to load `url`, finished loading it, or could not load it (`networkReason`
+    // when the network was at fault: no name, refused, reset, timed out, unreachable).
+    void loadBegan(const QString& url);
+    void loadSucceeded(const QString& url);
+    void loadFailed(const QString& url, const QString& reason, bool networkReason);
+    // The page's process ended abnormally (crashed, killed, out of memory).
+    void pageCrashed(const QString& url);
     // A page of this window asked for a new window showing `url`; `userInitiated` when the user
     // clicked for it, false when the page's script asked by itself.
     void newWindowRequested(const QString& url, bool userInitiated);

@@ -4,6 +4,7 @@
 #include "WebForm1.h"
 #include "about/About1.h"
 #include "about/HelpWindow.h"
+#include "additions/WindowRecovery.h"
 #include "browser/OptionsPanel.h"
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
@@ -444,6 +445,7 @@ void Vantrel1::RememberPlacement()
 void Vantrel1::Timer1_Timer()
 {
     m_listsPanel->run().tick();
+    m_webForm->recovery()->tick();
     QGroupBox* calendar = m_surf->Frame7();
     if (calendar->isVisible())
         calendar->setTitle(u' ' + Clock::timeOfDay().toString(QStringLiteral("HH:mm:ss")) + u' ');

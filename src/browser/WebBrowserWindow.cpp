@@ -6,6 +6,7 @@
 #include "core/PageText.h"
 
 #include <QTimer>
+#include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
 
@@ -28,6 +29,12 @@ WebBrowserWindow::WebBrowserWindow(QObject* parent)
     });
     connect(m_page, &QWebEnginePage::loadFinished, this, &WebBrowserWindow::onLoadFinished);
     connect(m_page, &QWebEnginePage::titleChanged, this, &WebBrowserWindow::onTitleChanged);
+    connect(m_page, &QWebEnginePage::loadingChanged, this, &WebBrowserWindow::onLoadingChanged);
+    connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus status, int) {
+                if (status != QWebEnginePage::NormalTerminationStatus)
+                    emit pageCrashed(m_page->url().toString());
+            });
     connect(m_page, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
         // Not opened here: the pool opens it like any other page, in a slot of its own.
         emit newWindowRequested(request.requestedUrl().toString(), request.isUserInitiated());
@@ -86,6 +93,39 @@ void WebBrowserWindow::quit()
 {
     if (m_frame)
         m_frame->close();
+}
+
+void WebBrowserWindow::retry()
+{
+    if (m_frame && m_frame->isShowingCrash()) {
+        m_frame->reloadAfterCrash();
+        return;
+    }
+    m_page->load(m_failedUrl.isValid() ? m_failedUrl : m_page->url());
+}
+
+void WebBrowserWindow::onLoadingChanged(const QWebEngineLoadingInfo& info)
+{
+    const QString url = info.url().toString();
+    switch (info.status()) {
+    case QWebEngineLoadingInfo::LoadStartedStatus:
+        emit loadBegan(url);
+        break;
+    case QWebEngineLoadingInfo::LoadSucceededStatus:
+        m_failedUrl.clear();
+        emit loadSucceeded(url);
+        break;
+    case QWebEngineLoadingInfo::LoadFailedStatus: {
+        // A server that answered (an HTTP error) or a refused certificate is no network failure.
+        const bool network = info.errorDomain() == QWebEngineLoadingInfo::ConnectionErrorDomain ||
+                             info.errorDomain() == QWebEngineLoadingInfo::DnsErrorDomain;
+        m_failedUrl = info.url();
+        emit loadFailed(url, info.errorString(), network);
+        break;
+    }
+    case QWebEngineLoadingInfo::LoadStoppedStatus:
+        break;
+    }
 }
 
 void WebBrowserWindow::onFrameReport(const FrameReport::Report& report)

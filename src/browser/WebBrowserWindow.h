@@ -4,8 +4,10 @@
 #include "BrowserWindow.h"
 
 #include <QPointer>
+#include <QUrl>
 
 class BrowserPage;
+class QWebEngineLoadingInfo;
 
 namespace FrameReport {
 struct Report;
@@ -27,6 +29,7 @@ public:
     void navigate(const QString& address) override;
     QString locationName() const override;
     void quit() override;
+    void retry() override;
 
     BrowserFrame* frame() const { return m_frame; }
     BrowserPage* page() const { return m_page; }
@@ -35,6 +38,7 @@ private:
     void onFrameReport(const FrameReport::Report& report);
     void onLoadFinished();
     void onTitleChanged();
+    void onLoadingChanged(const QWebEngineLoadingInfo& info);
 
     QPointer<BrowserFrame> m_frame;
     BrowserPage* m_page;
@@ -42,4 +46,5 @@ private:
     bool m_topCompleted = false; // the top frame reported its load for the current navigation
     quint64 m_loadNumber = 0;
     bool m_quitted = false;
+    QUrl m_failedUrl; // the address whose load failed last, tried again by retry()
 };

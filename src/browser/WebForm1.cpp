@@ -3,6 +3,7 @@
 #include "BrowserEngine.h"
 #include "BrowserWindow.h"
 #include "SurfPanel.h"
+#include "additions/WindowRecovery.h"
 #include "core/Globals.h"
 #include "core/PageText.h"
 #include "widgets/GradientButton.h"
@@ -19,7 +20,8 @@ bool isSlot(int slot)
 } // namespace
 
 WebForm1::WebForm1(SurfPanel* rows, QObject* parent)
-    : QObject(parent), m_rows(rows), m_factory(&BrowserEngine::createWindow)
+    : QObject(parent), m_rows(rows), m_factory(&BrowserEngine::createWindow),
+      m_recovery(new WindowRecovery(rows, this))
 {
     setObjectName(QStringLiteral("WebForm1"));
 }
@@ -97,6 +99,7 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
     window->setTheaterMode(g.OptTheater);
     window->setVisible(true);
     window->navigate(g.CurrentUrl);
+    m_recovery->sentTo(slot, g.CurrentUrl);
     m_slotOpen[size_t(slot)] = true;
 }
 
@@ -121,6 +124,7 @@ void WebForm1::connectWindow(int slot, BrowserWindow* window)
     connect(window, &BrowserWindow::titleChange, this,
             [this, slot](const QString& title) { TitleChange(slot, boundedPageText(title)); });
     connect(window, &BrowserWindow::quitted, this, [this, slot, window] { OnQuit(slot, window); });
+    m_recovery->watch(slot, window);
     connect(window, &BrowserWindow::newWindowRequested, this,
             [this](const QString& url, bool userInitiated) {
                 emit newWindowRequested(boundedPageText(url), userInitiated);
@@ -167,6 +171,7 @@ void WebForm1::OnQuit(int slot, BrowserWindow* window)
     if (m_ie[size_t(slot)] == window)
         m_ie[size_t(slot)] = nullptr;
     window->disconnect(this);
+    m_recovery->forget(slot);
     window->deleteLater();
     g.WindowCount = g.WindowCount - 1;
 }

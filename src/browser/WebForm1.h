@@ -8,6 +8,7 @@
 
 class BrowserWindow;
 class SurfPanel;
+class WindowRecovery;
 
 // The host of the eight browser windows, one per browsing slot (1 to 8). It shows nothing itself:
 // it creates a slot's window on demand, sends it to CurrentUrl, brings one window into view, and
@@ -42,6 +43,9 @@ public:
     // The windows are made by this factory; the real browser window unless a test puts its own.
     void setWindowFactory(WindowFactory factory);
 
+    // The recovery of crashed and unreachable pages, with the windows' states beside the rows.
+    WindowRecovery* recovery() const { return m_recovery; }
+
 signals:
     // A document of the slot's window completed: the history records CurrentUrl and CurrentTitle.
     void documentCompleted(const QString& slotName);
@@ -59,6 +63,7 @@ private:
 
     SurfPanel* m_rows;
     WindowFactory m_factory;
+    WindowRecovery* m_recovery;
     std::array<QPointer<BrowserWindow>, 11> m_ie{};
     std::array<bool, 11> m_slotOpen{};
 };

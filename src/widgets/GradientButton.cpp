@@ -100,7 +100,7 @@ void GradientButton::paintEvent(QPaintEvent*)
     p.drawLine(r.bottomLeft(), r.bottomRight());
     p.drawLine(r.topRight(), r.bottomRight());
 
-    QRect textRect = r.adjusted(4, 1, -4, -1);
+    QRect textRect = r.adjusted(4 + m_leftInset, 1, -4, -1);
     if (sunken)
         textRect.translate(1, 1);
     if (!icon().isNull()) {
@@ -202,6 +202,14 @@ QSize GradientButton::sizeHint() const
 QSize GradientButton::minimumSizeHint() const
 {
     return text().size() <= kHintCharacters ? QPushButton::minimumSizeHint() : sizeHint();
+}
+
+void GradientButton::setLeftInset(int pixels)
+{
+    if (m_leftInset == pixels)
+        return;
+    m_leftInset = pixels;
+    update();
 }
 
 void GradientButton::setTextStyle(int style)

@@ -46,6 +46,10 @@ public:
     // The offset of the light copy for a style (0, 0 for flat).
     static QPoint lightCopyOffset(int style);
 
+    // Room kept free at the left of the caption (for a picture laid over the button).
+    void setLeftInset(int pixels);
+    int leftInset() const { return m_leftInset; }
+
     // Drags of the program's controls may be dropped on the button; controlDropped() tells.
     void setAcceptsControlDrops(bool on);
 
@@ -80,6 +84,7 @@ private:
     int32_t m_textColor = int32_t(0x80000012); // button text
     int32_t m_endColor = int32_t(0x8000000F);
     int m_textStyle = Flat;
+    int m_leftInset = 0;
     mutable QString m_elidedFor; // the caption m_elided was made from (shares its characters)
     mutable int m_elidedWidth = -1;
     mutable QFont m_elidedFont;

@@ -22,6 +22,7 @@ public:
     void navigate(const QString& address) override { navigations.append(address); }
     QString locationName() const override { return title.isEmpty() ? url : title; }
     void quit() override;
+    void retry() override { calls.append(QStringLiteral("retry")); }
 
     // A page load: navigation begins, the document is created, the title arrives (when given),
     // each sub-frame completes and then the page itself.

@@ -1,0 +1,163 @@
+#include "WindowRecovery.h"
+
+#include "EventLog.h"
+#include "VantrelConf.h"
+#include "WindowStates.h"
+#include "browser/BrowserWindow.h"
+#include "core/Clock.h"
+
+#include <QNetworkInformation>
+
+#include <cmath>
+
+namespace {
+QString window(int slot)
+{
+    return QStringLiteral("window %1").arg(slot);
+}
+
+double nowSeconds()
+{
+    return double(Clock::localNow().toMSecsSinceEpoch()) / 1000.0;
+}
+} // namespace
+
+WindowRecovery::WindowRecovery(SurfPanel* rows, QObject* parent)
+    : QObject(parent), m_states(new WindowStates(rows))
+{
+    // Where the system tells when the network comes back, waiting pages do not wait any longer.
+    if (QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Reachability)) {
+        connect(QNetworkInformation::instance(), &QNetworkInformation::reachabilityChanged, this,
+                [this](QNetworkInformation::Reachability reachability) {
+                    if (reachability == QNetworkInformation::Reachability::Online)
+                        networkBack();
+                });
+    }
+}
+
+void WindowRecovery::applyPolicy(Slot& s)
+{
+    PageRecovery::Policy policy;
+    policy.crashReloads = VantrelConf::value(VantrelConf::kCrashReloads);
+    policy.crashWindowSeconds = 60.0 * VantrelConf::value(VantrelConf::kCrashWindowMinutes);
+    policy.crashDelaySeconds = VantrelConf::value(VantrelConf::kCrashDelaySeconds);
+    policy.networkRetry = VantrelConf::flag(VantrelConf::kNetworkRetry);
+    s.recovery.setPolicy(policy);
+}
+
+void WindowRecovery::watch(int slot, BrowserWindow* browser)
+{
+    if (!isSlot(slot) || !browser)
+        return;
+    Slot& s = m_slots[size_t(slot)];
+    s = Slot{};
+    s.window = browser;
+    connect(browser, &BrowserWindow::loadBegan, this, [this, slot](const QString& url) { loadBegan(slot, url); });
+    connect(browser, &BrowserWindow::loadSucceeded, this, [this, slot] { loadSucceeded(slot); });
+    connect(browser, &BrowserWindow::loadFailed, this,
+            [this, slot](const QString& url, const QString& reason, bool network) {
+                loadFailed(slot, url, reason, network);
+            });
+    connect(browser, &BrowserWindow::pageCrashed, this,
+            [this, slot](const QString& url) { pageCrashed(slot, url); });
+}
+
+void WindowRecovery::sentTo(int slot, const QString& url)
+{
+    if (!isSlot(slot))
+        return;
+    EventLog::write(QStringLiteral("page opened: %1 %2").arg(window(slot), url));
+    Slot& s = m_slots[size_t(slot)];
+    s.url = url;
+    s.due = QDateTime(); // sent elsewhere: what waited is forgotten
+}
+
+void WindowRecovery::forget(int slot)
+{
+    if (!isSlot(slot))
+        return;
+    Slot& s = m_slots[size_t(slot)];
+    if (s.window)
+        s.window->disconnect(this);
+    s = Slot{};
+    m_states->show(slot, PageRecovery::State::Idle, QString());
+}
+
+void WindowRecovery::loadBegan(int slot, const QString& url)
+{
+    Slot& s = m_slots[size_t(slot)];
+    const PageRecovery::State before = s.recovery.state();
+    s.recovery.loadStarted(url);
+    if (url != s.recovery.failedUrl())
+        s.due = QDateTime(); // the window went elsewhere: no retry of the old address
+    if (s.recovery.state() == PageRecovery::State::Loading && before != PageRecovery::State::Loading)
+        m_states->show(slot, PageRecovery::State::Loading, tr("Loading %1").arg(url));
+}
+
+void WindowRecovery::loadSucceeded(int slot)
+{
+    Slot& s = m_slots[size_t(slot)];
+    s.recovery.loadSucceeded();
+    s.due = QDateTime();
+    m_states->show(slot, PageRecovery::State::Shown, tr("Shown"));
+}
+
+void WindowRecovery::loadFailed(int slot, const QString& url, const QString& reason, bool network)
+{
+    Slot& s = m_slots[size_t(slot)];
+    applyPolicy(s);
+    EventLog::write(QStringLiteral("load failed: %1 %2 (%3)").arg(window(slot), url, reason));
+    const double delay = s.recovery.loadFailed(url, network);
+    if (delay < 0) {
+        s.due = QDateTime();
+        m_states->show(slot, PageRecovery::State::Failed, tr("Could not be loaded: %1").arg(reason));
+        return;
+    }
+    s.due = Clock::localNow().addMSecs(qint64(delay * 1000));
+    m_states->show(slot, PageRecovery::State::Retrying,
+                   tr("Failed (%1), trying again in %2 s").arg(reason).arg(std::lround(delay)));
+}
+
+void WindowRecovery::pageCrashed(int slot, const QString& url)
+{
+    Slot& s = m_slots[size_t(slot)];
+    applyPolicy(s);
+    EventLog::write(QStringLiteral("crash: %1 %2").arg(window(slot), url));
+    s.url = url;
+    const double delay = s.recovery.crashed(nowSeconds());
+    if (delay < 0) {
+        s.due = QDateTime();
+        EventLog::write(QStringLiteral("given up: %1 %2").arg(window(slot), url));
+        m_states->show(slot, PageRecovery::State::GivenUp,
+                       tr("Crashed too often: it waits for its Reload button"));
+        return;
+    }
+    s.due = Clock::localNow().addMSecs(qint64(delay * 1000));
+    m_states->show(slot, PageRecovery::State::CrashedReloading,
+                   tr("Crashed, loading again in %1 s").arg(std::lround(delay)));
+}
+
+void WindowRecovery::networkBack()
+{
+    const QDateTime now = Clock::localNow();
+    for (int slot = 1; slot <= 8; ++slot)
+        if (m_slots[size_t(slot)].recovery.networkBack() && m_slots[size_t(slot)].due.isValid())
+            m_slots[size_t(slot)].due = now;
+}
+
+void WindowRecovery::tick()
+{
+    const QDateTime now = Clock::localNow();
+    for (int slot = 1; slot <= 8; ++slot) {
+        Slot& s = m_slots[size_t(slot)];
+        if (!s.due.isValid() || now < s.due || !s.window)
+            continue;
+        s.due = QDateTime();
+        const bool crashed = s.recovery.state() == PageRecovery::State::CrashedReloading;
+        const QString url = crashed ? s.url : s.recovery.failedUrl();
+        EventLog::write(QStringLiteral("%1: %2 %3").arg(crashed ? QStringLiteral("automatic reload") : QStringLiteral("retry"),
+                                                        window(slot), url));
+        m_states->show(slot, PageRecovery::State::Loading, tr("Loading %1").arg(url));
+        s.window->retry();
+    }
+}

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "PageRecovery.h"
+
+#include <QDateTime>
+#include <QObject>
+#include <QPointer>
+
+#include <array>
+
+class BrowserWindow;
+class SurfPanel;
+class WindowStates;
+
+// Brings the browser windows' pages back by themselves: a crashed page is loaded again after a
+// short wait (a few times within a while, then it keeps its Reload button), a page that the
+// network could not bring is tried again, ever less often, and at once when the network comes
+// back. Each window's state shows beside its row, and what happens goes into the log. The work
+// that is due is done at Timer1's ticks, on the program's clock.
+class WindowRecovery : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit WindowRecovery(SurfPanel* rows, QObject* parent = nullptr);
+
+    // A slot's new window, whose events are followed from now on.
+    void watch(int slot, BrowserWindow* window);
+    // The program sent the slot's window to `url`.
+    void sentTo(int slot, const QString& url);
+    // The slot's window is gone.
+    void forget(int slot);
+    // Does what is due now (from Timer1).
+    void tick();
+    // The system says the network is back: waiting retries are due at once.
+    void networkBack();
+
+    const PageRecovery& recovery(int slot) const { return m_slots[size_t(slot)].recovery; }
+    // When the slot's next retry or reload is due; invalid when none waits.
+    QDateTime due(int slot) const { return m_slots[size_t(slot)].due; }
+    WindowStates* states() const { return m_states; }
+
+private:
+    struct Slot
+    {
+        PageRecovery recovery;
+        QPointer<BrowserWindow> window;
+        QString url;
+        QDateTime due;
+    };
+    static bool isSlot(int slot) { return slot >= 1 && slot <= 8; }
+    void applyPolicy(Slot& s);
+    void loadBegan(int slot, const QString& url);
+    void loadSucceeded(int slot);
+    void loadFailed(int slot, const QString& url, const QString& reason, bool network);
+    void pageCrashed(int slot, const QString& url);
+
+    WindowStates* m_states;
+    std::array<Slot, 9> m_slots{};
+};

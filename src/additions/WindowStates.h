@@ -1,0 +1,28 @@
+#pragma once
+
+#include "PageRecovery.h"
+
+#include <QObject>
+
+#include <array>
+
+class QLabel;
+class SurfPanel;
+
+// The small picture beside each Surf row's caption that tells how its window's page is doing:
+// loading, shown, failed and trying again, crashed and reloading, given up. Its own tool tip says
+// it in words; the row's caption, tag and tool tip stay as they are.
+class WindowStates : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit WindowStates(SurfPanel* rows);
+
+    void show(int slot, PageRecovery::State state, const QString& toolTip);
+    QLabel* badge(int slot) const;
+
+private:
+    SurfPanel* m_rows;
+    std::array<QLabel*, 8> m_badges{};
+};
