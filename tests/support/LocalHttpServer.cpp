@@ -12,9 +12,9 @@ LocalHttpServer::LocalHttpServer(QObject* parent) : QTcpServer(parent)
     });
 }
 
-bool LocalHttpServer::start()
+bool LocalHttpServer::start(quint16 port)
 {
-    return listen(QHostAddress::LocalHost, 0);
+    return listen(QHostAddress::LocalHost, port);
 }
 
 void LocalHttpServer::setPage(const QString& path, const QByteArray& html)

@@ -11,7 +11,8 @@ class LocalHttpServer : public QTcpServer
 
 public:
     explicit LocalHttpServer(QObject* parent = nullptr);
-    bool start();
+    // Listens on `port` of 127.0.0.1, or on any free one.
+    bool start(quint16 port = 0);
     void setPage(const QString& path, const QByteArray& html);
     // Any answer: its body and the header lines that go with it ("Content-Type: ...").
     void setResponse(const QString& path, const QByteArray& body, const QByteArray& headers);

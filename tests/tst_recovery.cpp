@@ -1,0 +1,82 @@
+#include "RealBrowserTest.h"
+#include "additions/WindowRecovery.h"
+#include "additions/WindowStates.h"
+#include "browser/BrowserFrame.h"
+#include "browser/BrowserPage.h"
+
+#include <QLabel>
+#include <QTcpServer>
+#include <QTest>
+
+#include <csignal>
+
+// Crashed and unreachable pages come back by themselves, with the real browser engine.
+class TestRecovery : public RealBrowserTest
+{
+    Q_OBJECT
+
+    QStringList m_completed;
+
+    QStringList log()
+    {
+        return QString::fromUtf8(readAll(m_app->file("Vantrel.log"))).split(u'\n', Qt::SkipEmptyParts);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(startEngine());
+        m_server.setPage("/wall.html", "<html><head><title>Wall</title></head><body>wall</body></html>");
+    }
+    void init()
+    {
+        startMain();
+        m_completed.clear();
+        connect(m_main->webForm(), &WebForm1::documentCompleted, this, [this] { m_completed << g.CurrentUrl; });
+    }
+    void cleanup() { stopMain(); }
+
+    void aKilledPageComesBackByItself()
+    {
+        const QString url = m_server.url("/wall.html");
+        QCOMPARE(openAndWait(url), QStringList{url});
+        m_completed.clear();
+        BrowserFrame* frame = window(1)->frame();
+        const qint64 pid = window(1)->page()->renderProcessPid();
+        QVERIFY(pid > 0);
+        ::kill(pid_t(pid), SIGKILL);
+        QTRY_VERIFY_WITH_TIMEOUT(frame->isShowingCrash(), kLoadTimeoutMs);
+        // Two seconds later (at a tick of Timer1) the page is loaded again, without a click.
+        QTRY_VERIFY_WITH_TIMEOUT(m_completed.contains(url), kLoadTimeoutMs);
+        QVERIFY(!frame->isShowingCrash());
+        QCOMPARE(row(1)->text(), QStringLiteral("Wall"));
+        QTRY_COMPARE(m_main->webForm()->recovery()->recovery(1).state(), PageRecovery::State::Shown);
+        QVERIFY(log().filter(" crash: window 1 " + url).size() == 1);
+        QVERIFY(log().filter(" automatic reload: window 1 " + url).size() == 1);
+    }
+    void aPageWhoseServerComesUpLateIsShownWhenItIsThere()
+    {
+        // A port nobody listens on yet: the connection is refused.
+        QTcpServer probe;
+        QVERIFY(probe.listen(QHostAddress::LocalHost, 0));
+        const quint16 port = probe.serverPort();
+        probe.close();
+        const QString url = QString("http://127.0.0.1:%1/late.html").arg(port);
+        open(url);
+        QTRY_COMPARE_WITH_TIMEOUT(m_main->webForm()->recovery()->recovery(1).state(), PageRecovery::State::Retrying,
+                                  kLoadTimeoutMs);
+        QVERIFY(m_main->webForm()->recovery()->recovery(1).failures() >= 1);
+        QVERIFY(log().filter(" load failed: window 1 " + url).size() >= 1);
+        // The server comes up: the next try shows the page.
+        LocalHttpServer late;
+        late.setPage("/late.html", "<html><head><title>Late Page</title></head><body>late</body></html>");
+        QVERIFY(late.start(port));
+        QTRY_COMPARE_WITH_TIMEOUT(row(1)->text(), QStringLiteral("Late Page"), kLoadTimeoutMs);
+        QVERIFY(m_completed.contains(url));
+        QVERIFY(log().filter(" retry: window 1 " + url).size() >= 1);
+        QTRY_COMPARE(m_main->webForm()->recovery()->states()->badge(1)->toolTip(), QStringLiteral("Shown"));
+    }
+};
+
+VANTREL_GUI_TEST_MAIN(TestRecovery)
+#include "tst_recovery.moc"
