@@ -444,7 +444,7 @@ void Vantrel1::RememberPlacement()
 
 void Vantrel1::Timer1_Timer()
 {
-    m_listsPanel->run().tick();
+    m_listsPanel->tick();
     m_webForm->recovery()->tick();
     QGroupBox* calendar = m_surf->Frame7();
     if (calendar->isVisible())

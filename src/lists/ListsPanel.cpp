@@ -2,6 +2,7 @@
 
 #include "ListsTree.h"
 #include "RunList1.h"
+#include "additions/RunWatch.h"
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
 #include "core/DialogService.h"
@@ -15,7 +16,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main)
+ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main), m_runWatch(new RunWatch(this))
 {
     setObjectName(QStringLiteral("ListsPanel"));
     m_frame3 = new QFrame(this);
@@ -50,7 +51,10 @@ ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main)
         main->NewBtnAction(multi);
         surf->RunNavigating = false;
     };
-    m_run.showComplete = [] { DialogService::message(QStringLiteral("    List Run Complete")); };
+    m_run.showComplete = [this] {
+        m_runWatch->completed();
+        DialogService::message(QStringLiteral("    List Run Complete"));
+    };
     m_run.focusDialog = [this] { focusRunDialog(); };
     // A looping run with all eight windows open goes back to its first page.
     connect(main->surf(), &SurfPanel::runPositionResetRequested, this, [this] { m_run.restart(); });
@@ -81,6 +85,12 @@ void ListsPanel::focusRunDialog()
     m_runDialog->show();
     m_runDialog->raise();
     m_runDialog->activateWindow();
+}
+
+void ListsPanel::tick()
+{
+    m_runWatch->tick(); // a run that was just started is logged before its first page opens
+    m_run.tick();
 }
 
 void ListsPanel::RunListBtn_Click()

@@ -11,6 +11,7 @@ class ListsTree;
 class QComboBox;
 class QFrame;
 class RunList1;
+class RunWatch;
 class Vantrel1;
 
 // The Lists tab: the lists tree SSTree2 above the shared Favorites tree panel, Save, Run and New
@@ -25,6 +26,9 @@ public:
     KeyedTree* SSTree2() const { return m_tree; }
     ListsTree* lists() const { return m_lists; }
     ListRun& run() { return m_run; }
+    RunWatch* runWatch() const { return m_runWatch; }
+    // One tick of Timer1 for the lists: the run, and what is added to it.
+    void tick();
     QFrame* Frame3() const { return m_frame3; }
     GradientButton* SaveListBtn() const { return m_saveListBtn; }
     GradientButton* RunListBtn() const { return m_runListBtn; }
@@ -47,6 +51,7 @@ private:
     KeyedTree* m_tree;
     ListsTree* m_lists;
     ListRun m_run;
+    RunWatch* m_runWatch;
     QPointer<RunList1> m_runDialog;
     GradientButton* m_saveListBtn;
     GradientButton* m_runListBtn;

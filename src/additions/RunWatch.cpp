@@ -1,0 +1,28 @@
+#include "RunWatch.h"
+
+#include "EventLog.h"
+#include "VantrelConf.h"
+#include "core/Globals.h"
+
+void RunWatch::tick()
+{
+    const Globals& g = globals();
+    if (g.RunListRunning == m_running)
+        return;
+    m_running = g.RunListRunning;
+    if (m_running) {
+        m_completed = false;
+        EventLog::write(QStringLiteral("run started: %1, every %2 s, %3, %4")
+                            .arg(g.RunListName)
+                            .arg(g.RunInterval)
+                            .arg(g.RunListMulti ? QStringLiteral("in several windows") : QStringLiteral("in one window"))
+                            .arg(g.RunListLoop ? QStringLiteral("in a loop") : QStringLiteral("once")));
+        QString why;
+        if (VantrelConf::flag(VantrelConf::kKeepScreenAwake) &&
+            !m_screen.hold(QStringLiteral("A list of pages is running"), &why))
+            EventLog::write(QStringLiteral("the screen cannot be kept awake: ") + why);
+        return;
+    }
+    EventLog::write(m_completed ? QStringLiteral("run completed") : QStringLiteral("run stopped"));
+    m_screen.release();
+}
