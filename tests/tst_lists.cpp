@@ -7,6 +7,7 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/ListFile.h"
+#include "additions/VantrelConf.h"
 #include "browser/OptionsPanel.h"
 #include "favorites/FavoritesTree.h"
 #include "lists/ListsPanel.h"
@@ -91,6 +92,25 @@ class TestLists : public QObject
         for (auto* w : m_created)
             n += w->navigations.size();
         return n;
+    }
+    QStringList broughtForward()
+    {
+        QStringList windows;
+        for (const QByteArray& line : readAll(m_app->file("Vantrel.log")).split('\n'))
+            if (line.contains(" page brought forward: "))
+                windows << QString::fromUtf8(line).section(u' ', 5, 5);
+        return windows;
+    }
+    void runKeepingPages(const QByteArray& lists, const QString& list)
+    {
+        start(lists);
+        RunList1* dialog = openDialog();
+        dialog->CMBLIST()->setCurrentIndex(dialog->CMBLIST()->findText(list));
+        dialog->CMBTIME()->setCurrentIndex(0); // 30 seconds
+        dialog->CHKPAGE()->setChecked(true);
+        dialog->CHKLOOP()->setChecked(true);
+        dialog->CHKKEEP()->setChecked(true);
+        QTest::mouseClick(dialog->GoBtn(), Qt::LeftButton);
     }
     // Starts a run of `list` from the dialog with the interval row `interval`.
     RunList1* go(const QString& list, int interval, bool multi = true, bool loop = false)
@@ -570,6 +590,53 @@ private slots:
         // A new Go starts again at the first page, at once.
         go("A", 0);
         QCOMPARE(tickFor(0.6), QStringList{"https://a1/"});
+    }
+    void keptPagesAreBroughtForwardInsteadOfLoadedAgain()
+    {
+        runKeepingPages("A[#@!] [#@!] \r\nA[#@!]a1[#@!]https://a1/\r\nA[#@!]a2[#@!]https://a2/\r\n"
+                        "A[#@!]a3[#@!]https://a3/\r\nB[#@!] [#@!] \r\n",
+                        "A");
+        RunList1* dialog = m_main->listsPanel()->runDialog();
+        QCOMPARE(dialog->CHKKEEP()->text(), QStringLiteral("Keep Pages Loaded"));
+        QCOMPARE(dialog->CHKKEEP()->toolTip(),
+                 QStringLiteral("Switch between the open windows instead of loading each page again"));
+        // The first round gives each page its window; the rounds after it load nothing.
+        QCOMPARE(tickFor(600), (QStringList{"https://a1/", "https://a2/", "https://a3/"}));
+        QCOMPARE(m_created.size(), 3);
+        const QStringList forward = broughtForward();
+        QVERIFY(forward.size() >= 9);
+        for (int i = 0; i < forward.size(); ++i)
+            QCOMPARE(forward[i], QString::number(i % 3 + 1)); // windows 1, 2, 3, 1, 2, 3 ...
+        // Each brought forward as a click on its row: shown, the others hidden.
+        const int current = g.WindowIndex;
+        for (int slot = 1; slot <= 3; ++slot)
+            QCOMPARE(m_created[slot - 1]->isVisible(), slot == current);
+        // A window that went elsewhere gets its page loaded again, as a run loads any page.
+        g.WindowUrl[1] = "https://elsewhere/";
+        QCOMPARE(tickFor(200), QStringList{"https://a1/"});
+        QCOMPARE(m_created.size(), 4);
+    }
+    void keptPagesAreReloadedWhenTheSettingSays()
+    {
+        QVERIFY(VantrelConf::setValue(VantrelConf::kKeptReloadMinutes, 1));
+        runKeepingPages("A[#@!] [#@!] \r\nA[#@!]a1[#@!]https://a1/\r\nA[#@!]a2[#@!]https://a2/\r\n", "A");
+        // Every visit comes a minute or more after the page's last load: each loads it again, in
+        // its own window.
+        const QStringList loads = tickFor(400);
+        QVERIFY(loads.size() > 4);
+        QCOMPARE(m_created.size(), 2);
+        for (const QString& url : m_created[0]->navigations)
+            QCOMPARE(url, QStringLiteral("https://a1/"));
+        for (const QString& url : m_created[1]->navigations)
+            QCOMPARE(url, QStringLiteral("https://a2/"));
+    }
+    void withoutKeepPagesALoopOpensEveryPageAgain()
+    {
+        start("A[#@!] [#@!] \r\nA[#@!]a1[#@!]https://a1/\r\nA[#@!]a2[#@!]https://a2/\r\n");
+        go("A", 0, true, true);
+        QVERIFY(tickFor(400).size() > 4);
+        QVERIFY(m_created.size() > 2); // each page opened again in a window of its own
+        QVERIFY(broughtForward().isEmpty());
     }
     void closingTheProgramClosesTheRunDialog()
     {

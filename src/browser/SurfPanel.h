@@ -54,6 +54,8 @@ public:
     void arrangeControls(int widthTwips, int heightTwips);
 
     // The row looks: normal (button colours) and active (selected or loading).
+    // Brings the slot's window forward and hides the others, as a click on its row does.
+    void bringForward(int slot) { Button_Click(slot - 1); }
     void setRowNormal(int row);
     void setRowActive(int row);
     void setAllRowsNormal();

@@ -2,7 +2,11 @@
 
 #include "ListsTree.h"
 #include "RunList1.h"
+#include "additions/EventLog.h"
 #include "additions/RunWatch.h"
+#include "additions/VantrelConf.h"
+#include "browser/WebForm1.h"
+#include "core/Clock.h"
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
 #include "core/DialogService.h"
@@ -45,11 +49,14 @@ ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main), m_r
     connect(m_newListBtn, &GradientButton::clicked, m_lists, &ListsTree::NewListBtn_Click);
     connect(m_runListBtn, &GradientButton::clicked, this, &ListsPanel::RunListBtn_Click);
 
-    m_run.openPage = [main](bool multi) {
+    m_run.openPage = [this, main](bool multi) {
+        if (showKeptPage())
+            return;
         SurfPanel* surf = main->surf();
         surf->RunNavigating = true;
         main->NewBtnAction(multi);
         surf->RunNavigating = false;
+        m_kept.loaded(m_run.RunPos, globals().WindowIndex, nowSeconds());
     };
     m_run.showComplete = [this] {
         m_runWatch->completed();
@@ -70,6 +77,7 @@ bool ListsPanel::BuildRunList(const QString& upperName)
     bool found = false;
     bool overflow = false;
     m_run.setPages(m_lists->BuildRunList(upperName, &found, &overflow));
+    m_kept.start(0, false, false); // the run dialog's Go asks for kept pages itself
     // A run holds 251 pages; a longer list runs its first 251, and the user is told.
     if (overflow)
         DialogService::message(QStringLiteral("Error - ") +
@@ -85,6 +93,30 @@ void ListsPanel::focusRunDialog()
     m_runDialog->show();
     m_runDialog->raise();
     m_runDialog->activateWindow();
+}
+
+bool ListsPanel::showKeptPage()
+{
+    Globals& g = globals();
+    const int position = m_run.RunPos;
+    const int slot = m_kept.keptSlot(position, g.CurrentUrl, [](int s) { return globals().WindowUrl[s]; });
+    if (slot == 0)
+        return false;
+    const double now = nowSeconds();
+    if (m_kept.reloadDue(position, now, 60.0 * VantrelConf::value(VantrelConf::kKeptReloadMinutes))) {
+        g.WindowIndex = slot;
+        m_main->webForm()->Form_LoadGo(slot); // loaded again in its own window
+        m_kept.loaded(position, slot, now);
+    } else {
+        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
+    }
+    m_main->surf()->bringForward(slot);
+    return true;
+}
+
+double ListsPanel::nowSeconds()
+{
+    return double(Clock::localNow().toMSecsSinceEpoch()) / 1000.0;
 }
 
 void ListsPanel::tick()

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "additions/KeptPages.h"
+
 #include "ListRun.h"
 #include "widgets/SharedTreeTab.h"
 
@@ -27,6 +29,8 @@ public:
     ListsTree* lists() const { return m_lists; }
     ListRun& run() { return m_run; }
     RunWatch* runWatch() const { return m_runWatch; }
+    // "Keep Pages Loaded" for the run going on.
+    KeptPages& keptPages() { return m_kept; }
     // One tick of Timer1 for the lists: the run, and what is added to it.
     void tick();
     QFrame* Frame3() const { return m_frame3; }
@@ -50,7 +54,13 @@ private:
     QFrame* m_frame3;
     KeyedTree* m_tree;
     ListsTree* m_lists;
+    // A kept page's window comes forward instead of the page loading again; false when the page
+    // must be loaded.
+    bool showKeptPage();
+    static double nowSeconds();
+
     ListRun m_run;
+    KeptPages m_kept;
     RunWatch* m_runWatch;
     QPointer<RunList1> m_runDialog;
     GradientButton* m_saveListBtn;

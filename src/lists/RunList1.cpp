@@ -65,6 +65,9 @@ RunList1::RunList1(Vantrel1* main) : QWidget(main, Qt::Window), m_main(main)
     m_loop = new QCheckBox(QStringLiteral("Run Continuous Loop"), frame);
     m_loop->setObjectName(QStringLiteral("CHKLOOP"));
     m_loop->setToolTip(kWindowsTip);
+    m_keep = new QCheckBox(QStringLiteral("Keep Pages Loaded"), frame);
+    m_keep->setObjectName(QStringLiteral("CHKKEEP"));
+    m_keep->setToolTip(QStringLiteral("Switch between the open windows instead of loading each page again"));
     m_go = new GradientButton(QStringLiteral("GoBtn"), QStringLiteral("Go"), frame);
     m_go->setToolTip(kOptionsTip);
     m_cancel = new GradientButton(QStringLiteral("CancelBtn"), QStringLiteral("Cancel"), frame);
@@ -81,11 +84,12 @@ RunList1::RunList1(Vantrel1* main) : QWidget(main, Qt::Window), m_main(main)
     grid->addWidget(m_times, 1, 1);
     grid->addWidget(m_multi, 2, 0, 1, 2);
     grid->addWidget(m_loop, 3, 0, 1, 2);
+    grid->addWidget(m_keep, 4, 0, 1, 2);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(m_go);
     buttons->addWidget(m_cancel);
     buttons->addWidget(m_help);
-    grid->addLayout(buttons, 4, 0, 1, 2);
+    grid->addLayout(buttons, 5, 0, 1, 2);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->addWidget(frame);
@@ -134,6 +138,8 @@ void RunList1::GoBtn_Click()
     g.RunListName = m_lists->currentText();
     g.RunInterval = m_times->currentData().toInt() * 10;
     m_main->BuildRunList(g.RunListName.toUpper());
+    ListsPanel* lists = m_main->listsPanel();
+    lists->keptPages().start(lists->run().RunCount(), m_keep->isChecked(), g.RunListMulti);
     if (g.WindowIndex > 0)
         g.NextRunItem = g.WindowIndex; // a one-window run goes on in the window used last
 }

@@ -22,6 +22,7 @@ public:
     QComboBox* CMBTIME() const { return m_times; }
     QCheckBox* CHKPAGE() const { return m_multi; }
     QCheckBox* CHKLOOP() const { return m_loop; }
+    QCheckBox* CHKKEEP() const { return m_keep; }
     GradientButton* GoBtn() const { return m_go; }
     GradientButton* CancelBtn() const { return m_cancel; }
     GradientButton* HelpBtn() const { return m_help; }
@@ -44,6 +45,7 @@ private:
     QComboBox* m_times;
     QCheckBox* m_multi;
     QCheckBox* m_loop;
+    QCheckBox* m_keep;
     GradientButton* m_go;
     GradientButton* m_cancel;
     GradientButton* m_help;
