@@ -9,6 +9,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStackedLayout>
 #include <QStackedWidget>
 #include <QStyle>
 #include <QToolButton>
@@ -60,10 +61,17 @@ BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
     m_message->setForegroundRole(QPalette::ToolTipText);
     m_message->hide();
 
-    m_view = new QWebEngineView(this);
+    // The pages lie on top of each other: a page being made ready lies under the shown one, fully
+    // rendered but covered, until it comes up in one step.
+    m_pageArea = new QWidget(this);
+    m_pageArea->setObjectName(QStringLiteral("PageArea"));
+    m_pages = new QStackedLayout(m_pageArea);
+    m_pages->setStackingMode(QStackedLayout::StackAll);
+    m_pages->setContentsMargins(0, 0, 0, 0);
+    m_view = new QWebEngineView(m_pageArea);
     m_view->setObjectName(QStringLiteral("PageView"));
     m_view->setPage(page);
-    page->setProperty(kFrameProperty, QVariant::fromValue(static_cast<QObject*>(this)));
+    m_pages->addWidget(m_view);
 
     auto* crash = new QWidget(this);
     crash->setObjectName(QStringLiteral("CrashPanel"));
@@ -80,7 +88,7 @@ BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
     crashLayout->addStretch();
 
     m_stack = new QStackedWidget(this);
-    m_stack->addWidget(m_view);
+    m_stack->addWidget(m_pageArea);
     m_stack->addWidget(crash);
 
     auto* layout = new QVBoxLayout(this);
@@ -90,8 +98,8 @@ BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
     layout->addWidget(m_message);
     layout->addWidget(m_stack, 1);
 
-    connect(m_back, &QToolButton::clicked, page, [page] { page->triggerAction(QWebEnginePage::Back); });
-    connect(m_forward, &QToolButton::clicked, page, [page] { page->triggerAction(QWebEnginePage::Forward); });
+    connect(m_back, &QToolButton::clicked, this, [this] { m_page->triggerAction(QWebEnginePage::Back); });
+    connect(m_forward, &QToolButton::clicked, this, [this] { m_page->triggerAction(QWebEnginePage::Forward); });
     connect(m_reloadStop, &QToolButton::clicked, this,
             [this] { m_page->triggerAction(m_loading ? QWebEnginePage::Stop : QWebEnginePage::Reload); });
     connect(m_address, &QLineEdit::returnPressed, this, [this] {
@@ -100,6 +108,13 @@ BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
             m_page->load(url);
     });
     connect(reload, &QPushButton::clicked, this, &BrowserFrame::reloadAfterCrash);
+    attachPage(page);
+}
+
+void BrowserFrame::attachPage(BrowserPage* page)
+{
+    m_page = page;
+    page->setProperty(kFrameProperty, QVariant::fromValue(static_cast<QObject*>(this)));
     connect(page, &QWebEnginePage::urlChanged, this, [this](const QUrl& url) {
         if (!m_address->hasFocus())
             m_address->setText(boundedPageText(url.toDisplayString()));
@@ -128,12 +143,63 @@ BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
         showMessage(tr("The connection to %1 was refused: its certificate is not trusted (%2).")
                         .arg(error.url().host(), error.description()));
     });
+    m_address->setText(boundedPageText(page->url().toDisplayString()));
+    setWindowTitle(boundedPageText(page->title()));
     updateNavigation();
+}
+
+void BrowserFrame::stagePage(BrowserPage* next)
+{
+    discardStagedPage();
+    m_nextView = new QWebEngineView(m_pageArea);
+    m_nextView->setObjectName(QStringLiteral("NextPageView"));
+    m_nextView->setPage(next);
+    next->setProperty(kFrameProperty, QVariant::fromValue(static_cast<QObject*>(this)));
+    m_pages->addWidget(m_nextView);
+    m_pages->setCurrentWidget(m_view); // the shown page stays on top
+    // A refused certificate of the page being made ready is refused all the same.
+    connect(next, &QWebEnginePage::certificateError, this, [](const QWebEngineCertificateError& error) {
+        QWebEngineCertificateError refused = error;
+        refused.rejectCertificate();
+    });
+}
+
+BrowserPage* BrowserFrame::promoteStagedPage()
+{
+    if (!m_nextView)
+        return nullptr;
+    BrowserPage* old = m_page;
+    QWebEngineView* oldView = m_view;
+    old->disconnect(this);
+    auto* next = static_cast<BrowserPage*>(m_nextView->page());
+    next->disconnect(this);
+    m_view = m_nextView;
+    m_view->setObjectName(QStringLiteral("PageView"));
+    m_nextView = nullptr;
+    m_pages->setCurrentWidget(m_view); // up in one step: it has been drawn already
+    m_pages->removeWidget(oldView);
+    oldView->setPage(nullptr);
+    delete oldView;
+    attachPage(next);
+    return old;
+}
+
+void BrowserFrame::discardStagedPage()
+{
+    if (!m_nextView)
+        return;
+    m_nextView->page()->disconnect(this);
+    m_pages->removeWidget(m_nextView);
+    m_nextView->setPage(nullptr);
+    delete m_nextView;
+    m_nextView = nullptr;
 }
 
 BrowserFrame::~BrowserFrame()
 {
-    // The page is owned by the window object; it must not outlive the view showing it unnoticed.
+    // The pages are owned by the window object; they must not outlive the views showing them
+    // unnoticed.
+    discardStagedPage();
     m_view->setPage(nullptr);
 }
 

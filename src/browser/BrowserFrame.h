@@ -5,6 +5,7 @@
 class BrowserPage;
 class QLabel;
 class QLineEdit;
+class QStackedLayout;
 class QStackedWidget;
 class QToolButton;
 class QWebEngineDownloadRequest;
@@ -37,6 +38,13 @@ public:
     // Leaves the crash panel and loads the crashed page again (its Reload button does the same).
     void reloadAfterCrash();
 
+    // A page that is being made ready lies under the shown one until promoteStagedPage() brings it
+    // up in one step; the page shown before is then handed back to its owner.
+    void stagePage(BrowserPage* next);
+    BrowserPage* promoteStagedPage();
+    void discardStagedPage();
+    bool hasStagedPage() const { return m_nextView != nullptr; }
+
     // The frame that shows `page`, if any.
     static BrowserFrame* frameOfPage(QWebEnginePage* page);
 
@@ -47,11 +55,15 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    void attachPage(BrowserPage* page);
     void showCrash(const QString& address);
     void updateNavigation();
 
     BrowserPage* m_page;
     QWebEngineView* m_view;
+    QWebEngineView* m_nextView = nullptr;
+    QWidget* m_pageArea;
+    QStackedLayout* m_pages;
     QWidget* m_navigationBar;
     QToolButton* m_back;
     QToolButton* m_forward;

@@ -20,6 +20,13 @@ public:
     virtual bool theaterMode() const = 0;
     // Loads the address as the user typed it.
     virtual void navigate(const QString& address) = 0;
+    // The same, but the page shown now stays in view until the new one has loaded (or `timeoutMs`
+    // passed), so that nobody sees a blank or half-drawn page; the events come as for navigate().
+    virtual void navigateWhenReady(const QString& address, int timeoutMs)
+    {
+        Q_UNUSED(timeoutMs)
+        navigate(address);
+    }
     // The page's title; the address when the page has none.
     virtual QString locationName() const = 0;
     // Closes and ends the window; quitted() follows.

@@ -20,25 +20,7 @@ WebBrowserWindow::WebBrowserWindow(QObject* parent)
     : BrowserWindow(parent), m_page(new BrowserPage(BrowserProfile::profile(), this))
 {
     m_frame = new BrowserFrame(m_page);
-    connect(m_page, &BrowserPage::navigationRequested, this,
-            [this](const QUrl& url, bool) { emit beforeNavigate(url.toString()); });
-    connect(m_page, &BrowserPage::frameReported, this, &WebBrowserWindow::onFrameReport);
-    connect(m_page, &QWebEnginePage::loadStarted, this, [this] {
-        ++m_loadNumber;
-        m_topCompleted = false;
-    });
-    connect(m_page, &QWebEnginePage::loadFinished, this, &WebBrowserWindow::onLoadFinished);
-    connect(m_page, &QWebEnginePage::titleChanged, this, &WebBrowserWindow::onTitleChanged);
-    connect(m_page, &QWebEnginePage::loadingChanged, this, &WebBrowserWindow::onLoadingChanged);
-    connect(m_page, &QWebEnginePage::renderProcessTerminated, this,
-            [this](QWebEnginePage::RenderProcessTerminationStatus status, int) {
-                if (status != QWebEnginePage::NormalTerminationStatus)
-                    emit pageCrashed(m_page->url().toString());
-            });
-    connect(m_page, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
-        // Not opened here: the pool opens it like any other page, in a slot of its own.
-        emit newWindowRequested(request.requestedUrl().toString(), request.isUserInitiated());
-    });
+    attachPage(m_page);
     connect(m_frame, &BrowserFrame::closed, this, [this] {
         if (m_quitted)
             return;
@@ -46,6 +28,63 @@ WebBrowserWindow::WebBrowserWindow(QObject* parent)
         m_frame->hide();
         emit quitted();
     });
+}
+
+void WebBrowserWindow::attachPage(BrowserPage* page)
+{
+    connect(page, &BrowserPage::navigationRequested, this,
+            [this](const QUrl& url, bool) { emit beforeNavigate(url.toString()); });
+    connect(page, &BrowserPage::frameReported, this, &WebBrowserWindow::onFrameReport);
+    connect(page, &QWebEnginePage::loadStarted, this, [this] {
+        ++m_loadNumber;
+        m_topCompleted = false;
+    });
+    connect(page, &QWebEnginePage::loadFinished, this, &WebBrowserWindow::onLoadFinished);
+    connect(page, &QWebEnginePage::titleChanged, this, &WebBrowserWindow::onTitleChanged);
+    connect(page, &QWebEnginePage::loadingChanged, this, &WebBrowserWindow::onLoadingChanged);
+    connect(page, &QWebEnginePage::renderProcessTerminated, this,
+            [this](QWebEnginePage::RenderProcessTerminationStatus status, int) {
+                if (status != QWebEnginePage::NormalTerminationStatus)
+                    emit pageCrashed(m_page->url().toString());
+            });
+    connect(page, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
+        // Not opened here: the pool opens it like any other page, in a slot of its own.
+        emit newWindowRequested(request.requestedUrl().toString(), request.isUserInitiated());
+    });
+}
+
+void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
+{
+    if (!m_frame || m_page->url().isEmpty() || m_frame->isShowingCrash()) {
+        navigate(address); // nothing shown yet that could stand in while the page loads
+        return;
+    }
+    // The shown page stays until the next one has loaded; the window's events come from the
+    // next one from now on, as they would for any navigation.
+    if (m_frame->hasStagedPage()) {
+        m_frame->discardStagedPage();
+        delete m_page; // a page that was being made ready and is no longer wanted
+        m_page = m_shownPage;
+    }
+    m_shownPage = m_page;
+    m_shownPage->disconnect(this);
+    m_page = new BrowserPage(BrowserProfile::profile(), this);
+    attachPage(m_page);
+    m_frame->stagePage(m_page);
+    const quint64 staging = ++m_staging;
+    connect(m_page, &QWebEnginePage::loadFinished, this, [this, staging] { showStagedPage(staging); });
+    QTimer::singleShot(timeoutMs, this, [this, staging] { showStagedPage(staging); });
+    m_page->load(QUrl::fromUserInput(address));
+}
+
+void WebBrowserWindow::showStagedPage(quint64 staging)
+{
+    if (staging != m_staging || !m_frame || !m_frame->hasStagedPage())
+        return;
+    BrowserPage* old = m_frame->promoteStagedPage();
+    if (old && old != m_page)
+        old->deleteLater();
+    m_shownPage = nullptr;
 }
 
 WebBrowserWindow::~WebBrowserWindow()

@@ -30,18 +30,23 @@ public:
     QString locationName() const override;
     void quit() override;
     void retry() override;
+    void navigateWhenReady(const QString& address, int timeoutMs) override;
 
     BrowserFrame* frame() const { return m_frame; }
     BrowserPage* page() const { return m_page; }
 
 private:
+    void attachPage(BrowserPage* page);
+    void showStagedPage(quint64 staging);
     void onFrameReport(const FrameReport::Report& report);
     void onLoadFinished();
     void onTitleChanged();
     void onLoadingChanged(const QWebEngineLoadingInfo& info);
 
     QPointer<BrowserFrame> m_frame;
-    BrowserPage* m_page;
+    BrowserPage* m_page;               // the page whose events the window reports
+    BrowserPage* m_shownPage = nullptr; // the page still shown while m_page is made ready
+    quint64 m_staging = 0;
     QString m_documentTitle;     // the top document's own title; "" when it has none
     bool m_topCompleted = false; // the top frame reported its load for the current navigation
     quint64 m_loadNumber = 0;

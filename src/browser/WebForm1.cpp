@@ -3,6 +3,7 @@
 #include "BrowserEngine.h"
 #include "BrowserWindow.h"
 #include "SurfPanel.h"
+#include "additions/VantrelConf.h"
 #include "additions/WindowRecovery.h"
 #include "core/Globals.h"
 #include "core/PageText.h"
@@ -98,7 +99,11 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
         window->setVisible(true);
     window->setTheaterMode(g.OptTheater);
     window->setVisible(true);
-    window->navigate(g.CurrentUrl);
+    // A run's next page in a window that shows one already comes up only once it has loaded.
+    if (!newWindow && m_rows->RunNavigating && g.RunListRunning && VantrelConf::flag(VantrelConf::kShowWhenLoaded))
+        window->navigateWhenReady(g.CurrentUrl, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
+    else
+        window->navigate(g.CurrentUrl);
     m_recovery->sentTo(slot, g.CurrentUrl);
     m_slotOpen[size_t(slot)] = true;
 }

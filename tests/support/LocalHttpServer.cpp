@@ -1,5 +1,7 @@
 #include "LocalHttpServer.h"
 
+#include <QTimer>
+
 #include <QTcpSocket>
 
 LocalHttpServer::LocalHttpServer(QObject* parent) : QTcpServer(parent)
@@ -40,14 +42,28 @@ void LocalHttpServer::answer(QTcpSocket* socket)
         return;
     const QString path = QString::fromLatin1(first[1]);
     requests.append(path);
+    const QString page = path.section(u'?', 0, 0);
     Response response{"<html><head><title>Not found</title></head><body>Not found</body></html>",
                       "Content-Type: text/html; charset=utf-8\r\n"};
     QByteArray status = "404 Not Found";
-    if (m_pages.contains(path)) {
-        response = m_pages.value(path);
+    if (m_pages.contains(path) || m_pages.contains(page)) {
+        response = m_pages.contains(path) ? m_pages.value(path) : m_pages.value(page);
         status = "200 OK";
     }
-    socket->write("HTTP/1.1 " + status + "\r\n" + response.headers + "Content-Length: " +
-                  QByteArray::number(response.body.size()) + "\r\nConnection: close\r\n\r\n" + response.body);
-    socket->disconnectFromHost();
+    const QByteArray bytes = "HTTP/1.1 " + status + "\r\n" + response.headers + "Content-Length: " +
+                             QByteArray::number(response.body.size()) + "\r\nConnection: close\r\n\r\n" +
+                             response.body;
+    auto send = [socket, bytes] {
+        socket->write(bytes);
+        socket->disconnectFromHost();
+    };
+    if (m_delays.contains(page))
+        QTimer::singleShot(m_delays.value(page), socket, send); // a page that is slow on purpose
+    else
+        send();
+}
+
+void LocalHttpServer::setDelay(const QString& path, int milliseconds)
+{
+    m_delays.insert(path, milliseconds);
 }

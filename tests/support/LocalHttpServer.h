@@ -17,6 +17,8 @@ public:
     // Any answer: its body and the header lines that go with it ("Content-Type: ...").
     void setResponse(const QString& path, const QByteArray& body, const QByteArray& headers);
     QString url(const QString& path) const;
+    // Answers `path` (whatever its query) only after `milliseconds`.
+    void setDelay(const QString& path, int milliseconds);
     QStringList requests; // the paths asked for, in order
 
 private:
@@ -27,4 +29,5 @@ private:
         QByteArray headers;
     };
     QHash<QString, Response> m_pages;
+    QHash<QString, int> m_delays;
 };

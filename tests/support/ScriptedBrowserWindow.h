@@ -20,6 +20,11 @@ public:
     void setTheaterMode(bool on) override;
     bool theaterMode() const override { return m_theater; }
     void navigate(const QString& address) override { navigations.append(address); }
+    void navigateWhenReady(const QString& address, int timeoutMs) override
+    {
+        navigations.append(address);
+        calls.append(QStringLiteral("when ready %1 ms").arg(timeoutMs));
+    }
     QString locationName() const override { return title.isEmpty() ? url : title; }
     void quit() override;
     void retry() override { calls.append(QStringLiteral("retry")); }

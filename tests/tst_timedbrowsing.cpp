@@ -1,0 +1,109 @@
+#include "RealBrowserTest.h"
+#include "additions/VantrelConf.h"
+#include "browser/BrowserFrame.h"
+#include "browser/BrowserPage.h"
+#include "history/HistoryPanel.h"
+#include "widgets/KeyedTree.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+#include <QWebEngineView>
+
+// A run's next page comes up only once it has loaded, with the real browser engine.
+class TestTimedBrowsing : public RealBrowserTest
+{
+    Q_OBJECT
+
+    QStringList m_completed;
+
+    // The run sends window 1 to `url`, as a one-window run's step does.
+    void runStepTo(const QString& url)
+    {
+        g.RunListRunning = true;
+        g.WindowIndex = 1;
+        g.CurrentUrl = url;
+        m_main->surf()->RunNavigating = true;
+        m_main->NewBtnAction(false);
+        m_main->surf()->RunNavigating = false;
+    }
+    QString shownUrl() { return window(1)->frame()->view()->page()->url().toString(); }
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(startEngine());
+        m_server.setPage("/first.html", "<html><head><title>First</title></head><body style='background:#c00'>1</body></html>");
+        m_server.setPage("/slow.html", "<html><head><title>Slow</title></head><body style='background:#00c'>2</body></html>");
+        m_server.setDelay("/slow.html", 1500);
+        m_server.setPage("/never.html", "<html><head><title>Never</title></head><body>3</body></html>");
+        m_server.setDelay("/never.html", 20000);
+    }
+    void init()
+    {
+        startMain();
+        m_completed.clear();
+        connect(m_main->webForm(), &WebForm1::documentCompleted, this, [this] { m_completed << g.CurrentUrl; });
+        m_main->show();
+    }
+    void cleanup()
+    {
+        g.RunListRunning = false;
+        stopMain();
+    }
+
+    void theShownPageStaysUntilTheNextHasLoaded()
+    {
+        const QString first = m_server.url("/first.html");
+        QCOMPARE(openAndWait(first), QStringList{first});
+        m_completed.clear();
+        const QString slow = m_server.url("/slow.html?a");
+        QStringList captionsAtStart;
+        connect(window(1), &BrowserWindow::beforeNavigate, this, [&] { captionsAtStart << row(1)->text(); });
+        runStepTo(slow);
+        // While the next page loads, the window still shows the one before.
+        QTest::qWait(700);
+        QCOMPARE(shownUrl(), first);
+        QVERIFY(window(1)->frame()->hasStagedPage());
+        // The events come as for any navigation: the row shows the new address at once.
+        QTRY_VERIFY(!captionsAtStart.isEmpty());
+        QCOMPARE(captionsAtStart.first(), slow);
+        QVERIFY(m_completed.isEmpty());
+        // Loaded, it comes up in one step, completed and recorded once.
+        QTRY_COMPARE_WITH_TIMEOUT(shownUrl(), slow, kLoadTimeoutMs);
+        QVERIFY(!window(1)->frame()->hasStagedPage());
+        QTRY_COMPARE_WITH_TIMEOUT(m_completed, QStringList{slow}, kLoadTimeoutMs);
+        QCOMPARE(row(1)->text(), QStringLiteral("Slow"));
+        QCOMPARE(window(1)->frame()->windowTitle(), QStringLiteral("Slow"));
+    }
+    void aPageThatTakesTooLongIsShownAsFarAsItHasCome()
+    {
+        QVERIFY(VantrelConf::setValue(VantrelConf::kReadySeconds, 1));
+        QCOMPARE(openAndWait(m_server.url("/first.html")).size(), 1);
+        QElapsedTimer timer;
+        timer.start();
+        runStepTo(m_server.url("/never.html"));
+        QVERIFY(window(1)->frame()->hasStagedPage());
+        QTRY_VERIFY_WITH_TIMEOUT(!window(1)->frame()->hasStagedPage(), 5000);
+        QCOMPARE(window(1)->frame()->view()->page(), static_cast<QWebEnginePage*>(window(1)->page()));
+        QCOMPARE(window(1)->page()->requestedUrl().toString(), m_server.url("/never.html"));
+        QVERIFY(timer.elapsed() >= 900);
+        QVERIFY(timer.elapsed() < 5000);
+    }
+    void withTheSettingOffOrOutsideARunThePageChangesAtOnce()
+    {
+        QCOMPARE(openAndWait(m_server.url("/first.html")).size(), 1);
+        // The user's own navigation in the same window: shown at once.
+        g.WindowIndex = 1;
+        g.CurrentUrl = m_server.url("/slow.html?b");
+        m_main->NewBtnAction(false);
+        QTRY_COMPARE(shownUrl(), m_server.url("/slow.html?b"));
+        QVERIFY(!window(1)->frame()->hasStagedPage());
+        QVERIFY(VantrelConf::setValue(VantrelConf::kShowWhenLoaded, 0));
+        runStepTo(m_server.url("/slow.html?c"));
+        QTRY_COMPARE(shownUrl(), m_server.url("/slow.html?c"));
+        QVERIFY(!window(1)->frame()->hasStagedPage());
+    }
+};
+
+VANTREL_GUI_TEST_MAIN(TestTimedBrowsing)
+#include "tst_timedbrowsing.moc"
