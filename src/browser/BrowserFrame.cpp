@@ -9,11 +9,17 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QQuickWidget>
+#include <QQuickWindow>
 #include <QStackedLayout>
+#include <QTimer>
 #include <QStackedWidget>
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <memory>
+#include <utility>
 #include <QWebEngineCertificateError>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineHistory>
@@ -182,6 +188,29 @@ BrowserPage* BrowserFrame::promoteStagedPage()
     delete oldView;
     attachPage(next);
     return old;
+}
+
+void BrowserFrame::whenStagedPageDrawn(std::function<void()> then)
+{
+    if (!m_nextView) {
+        then();
+        return;
+    }
+    constexpr int kLongestWaitForAFrameMs = 250;
+    auto once = std::make_shared<std::function<void()>>(std::move(then));
+    auto fire = [once] {
+        if (*once)
+            std::exchange(*once, nullptr)();
+    };
+    // The engine draws a page into a Qt Quick widget inside the view; once that has rendered,
+    // the page is on its surface, ready to come up.
+    if (auto* surface = qobject_cast<QQuickWidget*>(m_nextView->focusProxy())) {
+        if (QQuickWindow* window = surface->quickWindow())
+            connect(window, &QQuickWindow::afterRendering, this, fire,
+                    Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
+        surface->update();
+    }
+    QTimer::singleShot(kLongestWaitForAFrameMs, this, fire);
 }
 
 void BrowserFrame::discardStagedPage()

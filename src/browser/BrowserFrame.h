@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+#include <functional>
+
 class BrowserPage;
 class QLabel;
 class QLineEdit;
@@ -44,6 +46,9 @@ public:
     BrowserPage* promoteStagedPage();
     void discardStagedPage();
     bool hasStagedPage() const { return m_nextView != nullptr; }
+    // Calls `then` once the staged page has been drawn (at its view's next frame, or after a short
+    // while where the view tells no frames).
+    void whenStagedPageDrawn(std::function<void()> then);
 
     // The frame that shows `page`, if any.
     static BrowserFrame* frameOfPage(QWebEnginePage* page);

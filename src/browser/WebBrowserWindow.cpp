@@ -72,7 +72,12 @@ void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
     attachPage(m_page);
     m_frame->stagePage(m_page);
     const quint64 staging = ++m_staging;
-    connect(m_page, &QWebEnginePage::loadFinished, this, [this, staging] { showStagedPage(staging); });
+    // Loaded, the page comes up once it has been drawn under the shown one, so that no empty view
+    // shows for an instant; a page that takes too long comes up as far as it has come.
+    connect(m_page, &QWebEnginePage::loadFinished, this, [this, staging] {
+        if (m_frame)
+            m_frame->whenStagedPageDrawn([this, staging] { showStagedPage(staging); });
+    });
     QTimer::singleShot(timeoutMs, this, [this, staging] { showStagedPage(staging); });
     m_page->load(QUrl::fromUserInput(address));
 }
