@@ -1,6 +1,8 @@
 #pragma once
 
 #include <QElapsedTimer>
+#include <QEventLoop>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -38,4 +40,32 @@ inline void reportUnder(const char* what, double ms, double targetMs)
 {
     std::printf("%-34s median %9.3f ms   target < %.3f ms  %s\n", what, ms, targetMs,
                 ms < targetMs ? "ok" : "OVER");
+}
+
+// The median of `values` (taken by value: it sorts its own copy).
+inline double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.empty() ? 0.0 : values[values.size() / 2];
+}
+
+// Lets the event loop run for `ms` milliseconds.
+inline void waitMs(int ms)
+{
+    QEventLoop loop;
+    QTimer::singleShot(ms, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// Lets the event loop run until `done()` holds, looking every millisecond; false after `timeoutMs`.
+template <typename Done> bool waitUntil(Done done, int timeoutMs)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (!done()) {
+        if (timer.elapsed() > timeoutMs)
+            return false;
+        waitMs(1);
+    }
+    return true;
 }

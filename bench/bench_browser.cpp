@@ -10,10 +10,8 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QTemporaryDir>
-#include <QTimer>
 #include <QWebEnginePage>
 #include <QWebEngineProfile>
 #include <QWebEngineView>
@@ -24,23 +22,11 @@ namespace {
 
 constexpr int kRounds = 9;
 
-double waitMs(QElapsedTimer& timer, bool& done)
+// Milliseconds since `timer` started, once `done` has been set.
+double msUntil(QElapsedTimer& timer, const bool& done)
 {
-    QEventLoop loop;
-    QTimer poll;
-    QObject::connect(&poll, &QTimer::timeout, &loop, [&] {
-        if (done)
-            loop.quit();
-    });
-    poll.start(1);
-    loop.exec();
+    waitUntil([&] { return done; }, 60000);
     return double(timer.nsecsElapsed()) / 1e6;
-}
-
-double median(std::vector<double> v)
-{
-    std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
 }
 
 } // namespace
@@ -76,7 +62,7 @@ int main(int argc, char* argv[])
             timer.start();
             globals().CurrentUrl = url;
             main.NewBtnAction(true);
-            (w == 0 ? firstWindow : laterWindows).push_back(waitMs(timer, done));
+            (w == 0 ? firstWindow : laterWindows).push_back(msUntil(timer, done));
         }
         main.Form_Unload();
 
@@ -92,13 +78,11 @@ int main(int argc, char* argv[])
             QObject::connect(bare, &QWebEnginePage::loadFinished, view.get(), [&] { loaded = true; });
             view->show();
             bare->load(QUrl(url));
-            (w == 0 ? bareFirst : bareLater).push_back(waitMs(timer, loaded));
+            (w == 0 ? bareFirst : bareLater).push_back(msUntil(timer, loaded));
             views.push_back(std::move(view));
         }
         views.clear();
-        QEventLoop settle;
-        QTimer::singleShot(200, &settle, &QEventLoop::quit);
-        settle.exec();
+        waitMs(200);
     }
     std::printf("NewBtnAction to document complete, medians of %d rounds (later: windows 2..8)\n", kRounds);
     report("first window", median(firstWindow), "bare QWebEngineView", median(bareFirst), 1.1);
