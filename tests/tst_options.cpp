@@ -2,6 +2,7 @@
 #include "TestSupport.h"
 #include "about/About1.h"
 #include "additions/EventLog.h"
+#include "additions/Autostart.h"
 #include "additions/MoreOptions.h"
 #include "additions/VantrelConf.h"
 #include "browser/OptionsPanel.h"
@@ -417,6 +418,56 @@ private slots:
         QVERIFY(!VantrelConf::flag(VantrelConf::kShowWhenLoaded));
         QCOMPARE(VantrelConf::value(VantrelConf::kReadySeconds), 30);
         QVERIFY(readAll(m_app->file("Vantrel.conf")).contains("LongestWaitForAPageSeconds=30"));
+    }
+    void startAtLoginWritesAndRemovesTheAutostartEntry()
+    {
+        start();
+        options()->MoreOptionsBtn_Click();
+        MoreOptions* more = options()->moreOptions();
+        auto* login = qobject_cast<QCheckBox*>(more->control(VantrelConf::kStartAtLogin));
+        QVERIFY(login);
+        QCOMPARE(login->text(), QStringLiteral("Start Vantrel when I log in"));
+        QVERIFY(!login->isChecked());
+        const QString entry = m_app->config() + "/autostart/org.vantrel.Vantrel.desktop";
+        QCOMPARE(Autostart::entryPath(), entry);
+        login->setChecked(true);
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QVERIFY(!more->isVisible());
+        const QByteArray written = readAll(entry);
+        QVERIFY(written.startsWith("[Desktop Entry]\n"));
+        QVERIFY(written.contains("\nExec=" + QCoreApplication::applicationFilePath().toUtf8() + "\n"));
+        QVERIFY(written.contains("\nName=Vantrel\n"));
+        // The entry is the setting: removed by hand on the desktop, the box shows it off.
+        QVERIFY(QFile::remove(entry));
+        options()->MoreOptionsBtn_Click();
+        QVERIFY(!login->isChecked());
+        login->setChecked(true);
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QVERIFY(QFile::exists(entry));
+        options()->MoreOptionsBtn_Click();
+        QVERIFY(login->isChecked());
+        login->setChecked(false);
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QVERIFY(!QFile::exists(entry));
+        // An autostart folder that cannot be made says so, and the box shows what is.
+        QVERIFY(QDir(m_app->config() + "/autostart").removeRecursively());
+        QVERIFY(writeAll(m_app->config() + "/autostart", "a file in the folder's place"));
+        options()->MoreOptionsBtn_Click();
+        login->setChecked(true);
+        DialogService::clearShown();
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QCOMPARE(DialogService::shownTexts().size(), 1);
+        QVERIFY(DialogService::shownTexts().first().startsWith("Vantrel could not be set to start at login: "));
+        QVERIFY(more->isVisible());
+        QVERIFY(!login->isChecked());
+    }
+    void theAutostartEntryQuotesAPathThatNeedsIt()
+    {
+        const QByteArray own = "[Desktop Entry]\nName=Vantrel\nTryExec=vantrel\nExec=vantrel\nIcon=x\n";
+        QCOMPARE(Autostart::entryFor(own, "/usr/bin/vantrel"),
+                 QByteArray("[Desktop Entry]\nName=Vantrel\nExec=/usr/bin/vantrel\nIcon=x\n"));
+        QCOMPARE(Autostart::entryFor(own, "/opt/my apps/100%/van\"trel$"),
+                 QByteArray("[Desktop Entry]\nName=Vantrel\nExec=\"/opt/my apps/100%%/van\\\\\"trel\\\\$\"\nIcon=x\n"));
     }
     void moreOptionsOpensTheLog()
     {

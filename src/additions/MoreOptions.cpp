@@ -1,11 +1,13 @@
 #include "MoreOptions.h"
 
+#include "Autostart.h"
 #include "EventLog.h"
 #include "VantrelConf.h"
 #include "browser/ApplyColors.h"
 #include "core/DialogService.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QEvent>
@@ -75,7 +77,9 @@ QWidget* MoreOptions::control(const char* key) const
 void MoreOptions::showSettings()
 {
     for (const Row& row : m_rows) {
-        if (row.box)
+        if (qstrcmp(row.key, VantrelConf::kStartAtLogin) == 0)
+            row.box->setChecked(Autostart::isEnabled()); // the desktop's own entry says it
+        else if (row.box)
             row.box->setChecked(VantrelConf::flag(row.key));
         else
             row.number->setValue(VantrelConf::value(row.key));
@@ -90,6 +94,14 @@ bool MoreOptions::storeSettings()
     return stored;
 }
 
+bool MoreOptions::applyStartAtLogin(QString* error)
+{
+    const bool wanted = VantrelConf::flag(VantrelConf::kStartAtLogin);
+    if (wanted == Autostart::isEnabled())
+        return true;
+    return Autostart::setEnabled(wanted, QCoreApplication::applicationFilePath(), error);
+}
+
 void MoreOptions::changeEvent(QEvent* event)
 {
     if (event->type() == QEvent::ActivationChange && isActiveWindow())
@@ -101,6 +113,12 @@ void MoreOptions::okClicked()
 {
     if (!storeSettings()) {
         DialogService::message(QStringLiteral("The settings could not be saved in ") + VantrelConf::path());
+        return;
+    }
+    QString error;
+    if (!applyStartAtLogin(&error)) {
+        DialogService::message(QStringLiteral("Vantrel could not be set to start at login: ") + error);
+        showSettings();
         return;
     }
     close();

@@ -21,6 +21,9 @@ public:
     void showSettings();
     // Stores what the controls show; false when the settings file could not be written.
     bool storeSettings();
+    // Writes or removes the autostart entry as the stored "Start Vantrel when I log in" says;
+    // false with the reason in `error` when that failed.
+    static bool applyStartAtLogin(QString* error);
 
     // The control of a setting: a QCheckBox or a QSpinBox, named after the setting's key.
     QWidget* control(const char* key) const;

@@ -38,6 +38,18 @@ const QList<Setting>& all()
          QStringLiteral("A page that could not be reached is tried again after 2, 4, 8 ... seconds (at most "
                         "every 5 minutes), and at once when the network comes back"),
          true, 1},
+        {kReopenAfterCrash, QStringLiteral("After a crash, reopen the last session without asking"),
+         QStringLiteral("For screens nobody watches: after a crash, a kill or a power cut the windows come back in "
+                        "their slots and the run goes on, without a question"),
+         true, 0},
+        {kAlwaysReopen, QStringLiteral("Always reopen the windows of the last session"),
+         QStringLiteral("Every start opens the windows that were open when Vantrel last ended, in their slots, "
+                        "instead of the start-up page or list"),
+         true, 0},
+        {kStartAtLogin, QStringLiteral("Start Vantrel when I log in"),
+         QStringLiteral("The desktop starts Vantrel at login (an entry in the autostart folder), so that a screen "
+                        "that lost its power comes back by itself"),
+         true, 0},
     };
     return settings;
 }

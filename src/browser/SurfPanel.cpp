@@ -208,12 +208,28 @@ void SurfPanel::NewBtnAction(bool newWindow)
     }
 }
 
-void SurfPanel::openNewSlot(bool updateCalendar)
+void SurfPanel::openInSlot(int slot)
+{
+    Globals& g = globals();
+    if (slot < 1 || slot > kWindowSlots || !g.WindowUrl[slot].isEmpty() || g.WindowCount >= kWindowSlots)
+        return;
+    m_frame8->hide();
+    g.LastWindowMode = false;
+    setAllRowsNormal();
+    openNewSlot(true, slot);
+}
+
+void SurfPanel::openNewSlot(bool updateCalendar, int slot)
 {
     Globals& g = globals();
     if (!g.WebFormBusy)
         m_pool->Load();
-    FindFreeSlot();
+    if (slot == 0) {
+        FindFreeSlot();
+    } else {
+        g.WindowIndex = slot;
+        g.WindowCount = g.WindowCount + 1;
+    }
     m_pool->Form_LoadGo(g.WindowIndex);
     showRow(g.WindowIndex - 1);
     if (updateCalendar)

@@ -46,6 +46,11 @@ public:
     void NewBtnAction(bool newWindow);
     // Takes the lowest free slot as WindowIndex and counts it; false when all eight are taken.
     bool FindFreeSlot();
+    // The new-window switch follows its button's state.
+    void ToggleBtn_Click();
+    // Opens CurrentUrl in a new window in `slot`, as NewBtnAction(true) opens it in the lowest free
+    // one (reopening a session puts each page back in its own slot). Nothing when `slot` is taken.
+    void openInSlot(int slot);
     void NavigateCurrentSlot(bool newWindow);
 
     // Stacks the rows from the top for a form `formWidth` twips wide.
@@ -85,10 +90,10 @@ private:
     void Button_Click(int row);
     void AddFavBtn_Click(int row);
     void AddListBtn_Click(int row);
-    void ToggleBtn_Click();
     void QuikViewBtn_Click();
     void CalendarBtn_Click();
-    void openNewSlot(bool updateCalendar);
+    // Opens a new window in the lowest free slot, or in `slot` when one is given.
+    void openNewSlot(bool updateCalendar, int slot = 0);
     // Hands the row's page to a drag of `source` towards the tree on `tab`.
     void dragRowPage(int row, GradientButton* source, int tab);
 

@@ -4,6 +4,7 @@
 #include "WebForm1.h"
 #include "about/About1.h"
 #include "about/HelpWindow.h"
+#include "additions/ProgramSession.h"
 #include "additions/WindowRecovery.h"
 #include "browser/OptionsPanel.h"
 #include "core/ButtonFile.h"
@@ -112,6 +113,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     });
 
     m_timer = new QTimer(this);
+    m_session = std::make_unique<ProgramSession>(this);
     m_timer->setObjectName(QStringLiteral("Timer1"));
     m_timer->setInterval(kTimerIntervalMs);
     m_timer->setTimerType(Qt::CoarseTimer);
@@ -188,6 +190,9 @@ void Vantrel1::Form_Load()
     // The window opens on its first tab, which shows exactly what that tab's rule says.
     TabStrip1_Click();
     m_settingUp = false;
+    // A session picked up after a crash takes the place of the start-up page and list.
+    if (m_session->resume())
+        FirstShow = false;
     Form_GotFocus();
 }
 
@@ -274,6 +279,7 @@ void Vantrel1::Form_Unload()
     m_unloaded = true;
     Globals& g = globals();
     m_timer->stop();
+    m_session->end(); // the session as it is, before its windows close
     if (g.WebFormBusy)
         m_webForm->Unload();
     if (g.RunListShown)
@@ -336,6 +342,7 @@ void Vantrel1::Timer1_Timer()
 {
     m_listsPanel->tick();
     m_webForm->recovery()->tick();
+    m_session->tick();
     QGroupBox* calendar = m_surf->Frame7();
     if (calendar->isVisible())
         calendar->setTitle(u' ' + Clock::timeOfDay().toString(QStringLiteral("HH:mm:ss")) + u' ');

@@ -5,9 +5,12 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <memory>
+
 class About1;
 class FavoritesPanel;
 class OptionsPanel;
+class ProgramSession;
 class FavoritesTree;
 class GradientButton;
 class HelpWindow;
@@ -120,6 +123,7 @@ private:
     HelpWindow* m_help = nullptr;
     WebForm1* m_webForm;
     QTimer* m_timer;
+    std::unique_ptr<ProgramSession> m_session;
     QString m_helpFile;
     bool m_settingUp = true; // placement is not recorded while the window is being set up
     // Until the window is first on screen, the desktop is still placing it (frames, decorations):

@@ -16,6 +16,9 @@
 #include "widgets/KeyedTree.h"
 #include "widgets/WindowPlacement.h"
 
+#include <QCheckBox>
+#include <QComboBox>
+
 #include <QFrame>
 #include <QStyle>
 #include <QVBoxLayout>
@@ -65,6 +68,35 @@ ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main), m_r
     m_run.focusDialog = [this] { focusRunDialog(); };
     // A looping run with all eight windows open goes back to its first page.
     connect(main->surf(), &SurfPanel::runPositionResetRequested, this, [this] { m_run.restart(); });
+}
+
+bool ListsPanel::resumeRun(const QString& list, int interval, bool loop, bool severalWindows, bool keep,
+                           int position)
+{
+    RunListBtn_Click();
+    RunList1* dialog = runDialog();
+    const int listRow = dialog->CMBLIST()->findText(list);
+    const int timeRow = dialog->CMBTIME()->findData(interval / 10);
+    if (listRow < 0 || timeRow < 0 || interval % 10 != 0)
+        return false;
+    dialog->CMBLIST()->setCurrentIndex(listRow);
+    dialog->CMBTIME()->setCurrentIndex(timeRow);
+    dialog->CHKPAGE()->setChecked(severalWindows);
+    dialog->CHKLOOP()->setChecked(loop);
+    dialog->CHKKEEP()->setChecked(keep);
+    dialog->GoBtn_Click();
+    if (!globals().RunListRunning || m_run.RunCount() == 0) {
+        m_run.stop();
+        return false;
+    }
+    m_run.RunPos = std::clamp(position, 0, m_run.RunCount());
+    m_run.RunStart = 0;
+    return true;
+}
+
+bool ListsPanel::keepingPages() const
+{
+    return m_runDialog && m_runDialog->CHKKEEP()->isChecked();
 }
 
 RunList1* ListsPanel::runDialog() const

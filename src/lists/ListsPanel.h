@@ -44,6 +44,12 @@ public:
     bool BuildRunList(const QString& upperName);
     // Stops a run in progress, then brings the run dialog forward (opening it when needed).
     void RunListBtn_Click();
+    // Starts the run of a session that was going when the program ended, from its dialog with the
+    // same choices, and sets it to go on at page `position`. False when the list or its interval
+    // is no longer there.
+    bool resumeRun(const QString& list, int interval, bool loop, bool severalWindows, bool keep, int position);
+    // Whether the run dialog's "Keep Pages Loaded" is ticked.
+    bool keepingPages() const;
     // Closes the run dialog (at shutdown).
     void unloadRunDialog();
 

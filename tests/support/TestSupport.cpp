@@ -20,18 +20,24 @@ namespace {
 constexpr uid_t kNobody = 65534;
 }
 
-TempAppFolder::TempAppFolder() : m_savedHome(qgetenv("HOME"))
+TempAppFolder::TempAppFolder() : m_savedHome(qgetenv("HOME")), m_savedConfig(qgetenv("XDG_CONFIG_HOME"))
 {
     resetGlobals();
     DialogService::reset();
     globals().AppPath = m_dir.path();
     qputenv("HOME", QFile::encodeName(m_home.path()));
+    // The desktop's settings (the autostart folder among them) are the scratch home's too.
+    qputenv("XDG_CONFIG_HOME", QFile::encodeName(m_home.filePath(QStringLiteral(".config"))));
 }
 
 TempAppFolder::~TempAppFolder()
 {
     DialogService::reset();
     qputenv("HOME", m_savedHome);
+    if (m_savedConfig.isNull())
+        qunsetenv("XDG_CONFIG_HOME");
+    else
+        qputenv("XDG_CONFIG_HOME", m_savedConfig);
 }
 
 QByteArray readAll(const QString& path)

@@ -25,12 +25,14 @@ public:
     QString path() const { return m_dir.path(); }
     QString file(const QString& name) const { return m_dir.filePath(name); }
     QString home() const { return m_home.path(); }
+    QString config() const { return m_home.filePath(QStringLiteral(".config")); }
     QString favorites() const { return m_home.filePath(QStringLiteral("Favorites")); }
 
 private:
     QTemporaryDir m_dir;
     QTemporaryDir m_home;
     QByteArray m_savedHome;
+    QByteArray m_savedConfig;
 };
 
 QByteArray readAll(const QString& path);

@@ -1,0 +1,180 @@
+#include "SessionFile.h"
+
+#include "core/Globals.h"
+#include "core/TextFile.h"
+
+#include <QHash>
+#include <QSet>
+
+// The file, in INI form:
+//   [Session]            Version, Ended (normally | running), Current, NewWindowMode
+//   [Window<slot>]       Address, Title           one section per open slot
+//   [Run]                List, Interval, Loop, SeveralWindows, KeepPagesLoaded, Position
+// Values are UTF-8 with '%', control characters and DEL written as %XX.
+
+namespace {
+
+QByteArray escaped(const QString& value)
+{
+    QByteArray out;
+    for (const char c : value.toUtf8()) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x20 || byte == 0x7f || byte == '%')
+            out += '%' + QByteArray::number(byte, 16).rightJustified(2, '0').toUpper();
+        else
+            out += c;
+    }
+    return out;
+}
+
+QString unescaped(const QByteArray& value)
+{
+    return QString::fromUtf8(QByteArray::fromPercentEncoding(value));
+}
+
+using Sections = QHash<QByteArray, QHash<QByteArray, QByteArray>>;
+
+// The sections and their keys; nothing when a line is neither a section, a key nor empty, or a
+// section or key comes twice.
+std::optional<Sections> sectionsOf(const QByteArray& bytes)
+{
+    Sections sections;
+    QByteArray current;
+    for (QByteArray line : bytes.split('\n')) {
+        if (line.endsWith('\r'))
+            line.chop(1);
+        if (line.isEmpty())
+            continue;
+        if (line.startsWith('[') && line.endsWith(']')) {
+            current = line.mid(1, line.size() - 2);
+            if (current.isEmpty() || sections.contains(current))
+                return std::nullopt;
+            sections.insert(current, {});
+            continue;
+        }
+        const qsizetype equals = line.indexOf('=');
+        if (current.isEmpty() || equals <= 0)
+            return std::nullopt;
+        const QByteArray key = line.left(equals);
+        if (sections[current].contains(key))
+            return std::nullopt;
+        sections[current].insert(key, line.mid(equals + 1));
+    }
+    return sections;
+}
+
+std::optional<int> number(const QHash<QByteArray, QByteArray>& section, const char* key, int minimum, int maximum)
+{
+    bool ok = false;
+    const int value = section.value(key).toInt(&ok);
+    if (!ok || value < minimum || value > maximum)
+        return std::nullopt;
+    return value;
+}
+
+std::optional<bool> yesNo(const QHash<QByteArray, QByteArray>& section, const char* key)
+{
+    const std::optional<int> value = number(section, key, 0, 1);
+    return value ? std::optional<bool>(*value == 1) : std::nullopt;
+}
+
+std::optional<Session> refuse(QString* problem, const QString& why)
+{
+    if (problem)
+        *problem = why;
+    return std::nullopt;
+}
+
+} // namespace
+
+namespace SessionFile {
+
+QString path()
+{
+    return appFilePath(QString::fromLatin1(kFileName));
+}
+
+std::optional<Session> read(const QString& file, QString* problem)
+{
+    if (problem)
+        problem->clear();
+    const TextFile::ReadResult content = TextFile::readBytes(file);
+    if (content.error == RunError::FileNotFound || content.error == RunError::PathNotFound)
+        return std::nullopt;
+    if (content.error != RunError::None)
+        return refuse(problem, QStringLiteral("it could not be read"));
+    const std::optional<Sections> sections = sectionsOf(content.bytes);
+    if (!sections || !sections->contains("Session"))
+        return refuse(problem, QStringLiteral("it is damaged"));
+    const auto& head = sections->value("Session");
+    bool versionOk = false;
+    const int version = head.value("Version").toInt(&versionOk);
+    if (!versionOk)
+        return refuse(problem, QStringLiteral("it is damaged"));
+    if (version != kVersion)
+        return refuse(problem, QStringLiteral("it is from another version (%1)").arg(version));
+
+    Session session;
+    const QByteArray ended = head.value("Ended");
+    const std::optional<int> current = number(head, "Current", 0, kWindowSlots);
+    const std::optional<bool> newWindowMode = yesNo(head, "NewWindowMode");
+    if ((ended != "normally" && ended != "running") || !head.contains("Current") || !newWindowMode)
+        return refuse(problem, QStringLiteral("it is damaged"));
+    if (!current)
+        return refuse(problem, QStringLiteral("it names a slot outside 1 to %1").arg(kWindowSlots));
+    session.endedNormally = ended == "normally";
+    session.currentSlot = *current;
+    session.newWindowMode = *newWindowMode;
+
+    for (auto section = sections->cbegin(); section != sections->cend(); ++section) {
+        if (!section.key().startsWith("Window"))
+            continue;
+        bool ok = false;
+        const int slot = section.key().mid(6).toInt(&ok);
+        if (!ok)
+            return refuse(problem, QStringLiteral("it is damaged"));
+        if (slot < 1 || slot > kWindowSlots)
+            return refuse(problem, QStringLiteral("it names a slot outside 1 to %1").arg(kWindowSlots));
+        const QString address = unescaped(section->value("Address"));
+        if (address.trimmed().isEmpty() || !section->contains("Title"))
+            return refuse(problem, QStringLiteral("it is damaged"));
+        session.windows.append({slot, address, unescaped(section->value("Title"))});
+    }
+    std::sort(session.windows.begin(), session.windows.end(),
+              [](const SessionWindow& a, const SessionWindow& b) { return a.slot < b.slot; });
+
+    if (sections->contains("Run")) {
+        const auto& run = sections->value("Run");
+        const QString list = unescaped(run.value("List"));
+        const std::optional<int> interval = number(run, "Interval", 1, 24 * 60 * 60);
+        const std::optional<bool> loop = yesNo(run, "Loop");
+        const std::optional<bool> several = yesNo(run, "SeveralWindows");
+        const std::optional<bool> keep = yesNo(run, "KeepPagesLoaded");
+        const std::optional<int> position = number(run, "Position", 0, 1 << 30);
+        if (list.isEmpty() || !interval || !loop || !several || !keep || !position)
+            return refuse(problem, QStringLiteral("it is damaged"));
+        session.run = SessionRun{list, *interval, *loop, *several, *keep, *position};
+    }
+    return session;
+}
+
+bool write(const QString& file, const Session& session)
+{
+    QByteArray out = "[Session]\nVersion=" + QByteArray::number(kVersion) +
+                     "\nEnded=" + (session.endedNormally ? "normally" : "running") +
+                     "\nCurrent=" + QByteArray::number(session.currentSlot) +
+                     "\nNewWindowMode=" + (session.newWindowMode ? "1" : "0") + "\n";
+    for (const SessionWindow& window : session.windows)
+        out += "\n[Window" + QByteArray::number(window.slot) + "]\nAddress=" + escaped(window.address) +
+               "\nTitle=" + escaped(window.title) + "\n";
+    if (session.run) {
+        const SessionRun& run = *session.run;
+        out += "\n[Run]\nList=" + escaped(run.list) + "\nInterval=" + QByteArray::number(run.interval) +
+               "\nLoop=" + (run.loop ? "1" : "0") + "\nSeveralWindows=" + (run.severalWindows ? "1" : "0") +
+               "\nKeepPagesLoaded=" + (run.keepPagesLoaded ? "1" : "0") +
+               "\nPosition=" + QByteArray::number(run.position) + "\n";
+    }
+    return TextFile::writeAtomically(file, out) == RunError::None;
+}
+
+} // namespace SessionFile

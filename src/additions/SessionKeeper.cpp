@@ -1,0 +1,86 @@
+#include "SessionKeeper.h"
+
+#include "EventLog.h"
+#include "core/Clock.h"
+
+namespace {
+constexpr qint64 kShortestGapMs = 1000;
+} // namespace
+
+SessionKeeper::SessionKeeper(QString file, Snapshot snapshot) : m_file(std::move(file)), m_snapshot(std::move(snapshot))
+{
+}
+
+void SessionKeeper::start()
+{
+    m_keeping = true;
+    Session now = m_snapshot();
+    now.endedNormally = false;
+    write(now);
+}
+
+void SessionKeeper::tick()
+{
+    if (!m_keeping)
+        return;
+    Session now = m_snapshot();
+    now.endedNormally = false;
+    if (m_written && now == *m_written)
+        return;
+    if (m_lastWrite.isValid() && m_lastWrite.msecsTo(Clock::localNow()) < kShortestGapMs &&
+        m_lastWrite.msecsTo(Clock::localNow()) >= 0)
+        return; // written less than a second ago: the change goes at a later tick
+    write(now);
+}
+
+void SessionKeeper::end()
+{
+    if (!m_keeping)
+        return;
+    Session now = m_snapshot();
+    now.endedNormally = true;
+    write(now);
+    m_keeping = false;
+}
+
+void SessionKeeper::write(Session session)
+{
+    m_lastWrite = Clock::localNow();
+    if (!SessionFile::write(m_file, session)) {
+        // Tried again at a later tick; said once, not at every tick.
+        if (!m_failing)
+            EventLog::write(QStringLiteral("session could not be saved in %1").arg(m_file));
+        m_failing = true;
+        m_written.reset();
+        return;
+    }
+    m_failing = false;
+    m_written = std::move(session);
+    ++m_writes;
+}
+
+SessionStart decideSessionStart(const std::optional<Session>& last, bool reopenAfterCrash, bool alwaysReopen)
+{
+    if (!last || (last->windows.isEmpty() && !last->run))
+        return {};
+    if (last->endedNormally) {
+        if (alwaysReopen && !last->windows.isEmpty())
+            return {SessionStart::Reopen, false};
+        return {};
+    }
+    const bool askless = reopenAfterCrash || alwaysReopen;
+    return {askless ? SessionStart::Reopen : SessionStart::Ask, last->run.has_value()};
+}
+
+QString sessionQuestion(const Session& last)
+{
+    QString question = QStringLiteral("Vantrel did not close normally. ");
+    const qsizetype windows = last.windows.size();
+    if (windows == 0 && last.run)
+        return question + QStringLiteral("Go on running the list %1?").arg(last.run->list);
+    question += windows == 1 ? QStringLiteral("Reopen its browser window")
+                             : QStringLiteral("Reopen its %1 browser windows").arg(windows);
+    if (last.run)
+        question += QStringLiteral(" and go on running the list %1").arg(last.run->list);
+    return question + u'?';
+}
