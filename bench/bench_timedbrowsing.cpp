@@ -343,13 +343,21 @@ int main(int argc, char* argv[])
     const long mainStart = statusField("/proc/self/status", "VmRSS");
     const long renderersStart = descendantsRssKb(self);
     const int filesStart = openFiles();
+    if (qEnvironmentVariableIsSet("FDS"))
+        system(qPrintable(QStringLiteral("ls -l /proc/%1/fd | awk '{print $NF}' | sed 's/[0-9]*//g' | sort | uniq -c").arg(getpid())));
     const long threadsStart = statusField("/proc/self/status", "Threads");
     soakSamples.clear();
     addresses.clear();
     QElapsedTimer soak;
     soak.start();
-    for (int i = 0; i < switches; ++i)
+    for (int i = 0; i < switches; ++i) {
         nextSwitch();
+        if (qEnvironmentVariableIsSet("FDS") && i % 50 == 0) {
+            std::fprintf(stderr, "FDS %d: %d\n", i, openFiles());
+        }
+    }
+    if (qEnvironmentVariableIsSet("FDS"))
+        system(qPrintable(QStringLiteral("ls -l /proc/%1/fd | awk '{print $NF}' | sed 's/[0-9]*//g' | sort | uniq -c").arg(getpid())));
     waitMs(2000);
     const long mainEnd = statusField("/proc/self/status", "VmRSS");
     const long renderersEnd = descendantsRssKb(self);
