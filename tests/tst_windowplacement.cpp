@@ -14,6 +14,7 @@
 #include <QAbstractButton>
 #include <QMessageBox>
 #include <QScreen>
+#include <QStyle>
 #include <QTest>
 #include <QTimer>
 
@@ -111,6 +112,21 @@ private slots:
         window.move(area.right() - 20, area.bottom() - 20);
         keepOnScreen(&window);
         QVERIFY(area.contains(window.geometry()));
+    }
+    void aWindowPlacedBeforeAnythingIsFramedKeepsRoomForItsTitleBar()
+    {
+        // As the run dialog of a session reopened while the program starts: neither it nor the
+        // main window is on screen yet, so no frame is known.
+        QWidget owner;
+        QWidget window(&owner, Qt::Window);
+        window.resize(200, 100);
+        const QRect area = owner.screen()->availableGeometry();
+        window.move(area.left() + 30, area.top());
+        keepOnScreen(&window);
+        const int titleBar = window.style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, &window);
+        QVERIFY(titleBar > 0);
+        QCOMPARE(window.y(), area.top() + titleBar);
+        QCOMPARE(window.x(), area.left() + 30);
     }
 };
 

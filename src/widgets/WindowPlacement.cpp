@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 
 #include <algorithm>
@@ -31,6 +32,10 @@ void keepOnScreen(QWidget* window)
                          owner->frameGeometry().right() - owner->geometry().right(),
                          owner->frameGeometry().bottom() - owner->geometry().bottom());
     }
+    // Nothing framed yet (a dialog opened while the program starts): room for a title bar all the
+    // same, so that it does not end up above the screen's top.
+    if (frame.isNull())
+        frame = QMargins(0, window->style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, window), 0, 0);
     const QRect outer = window->geometry().marginsAdded(frame);
     const int left = std::max(area.left(), std::min(outer.left(), area.right() + 1 - outer.width()));
     const int top = std::max(area.top(), std::min(outer.top(), area.bottom() + 1 - outer.height()));
