@@ -84,6 +84,8 @@ public:
     GradientButton* OrgFavBtn() const;
     GradientButton* RefreshBtn() const;
     QTimer* Timer1() const { return m_timer; }
+    // The session kept for the start after a crash.
+    ProgramSession* session() const { return m_session.get(); }
     QString helpFile() const { return m_helpFile; }
 
     bool FirstShow = false;
