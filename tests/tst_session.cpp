@@ -100,6 +100,7 @@ private slots:
         QCOMPARE(problemWith(QByteArray(good).replace("Current=3", "Current=12")),
                  QStringLiteral("it names a slot outside 1 to 8"));
         QCOMPARE(problemWith(QByteArray(good).replace("[Window8]", "[Window3]")), QStringLiteral("it is damaged"));
+        QCOMPARE(problemWith(QByteArray(good).replace("[Window8]", "[Window03]")), QStringLiteral("it is damaged"));
         QCOMPARE(problemWith(QByteArray(good).replace("Ended=running", "Ended=maybe")), QStringLiteral("it is damaged"));
         QCOMPARE(problemWith(QByteArray(good).replace("Interval=60", "Interval=-5")), QStringLiteral("it is damaged"));
         QCOMPARE(problemWith(QByteArray(good).replace("Position=5", "Position=")), QStringLiteral("it is damaged"));

@@ -103,7 +103,14 @@ std::optional<Session> read(const QString& file, QString* problem)
         return std::nullopt;
     if (content.error != RunError::None)
         return refuse(problem, QStringLiteral("it could not be read"));
-    const std::optional<Sections> sections = sectionsOf(content.bytes);
+    return parse(content.bytes, problem);
+}
+
+std::optional<Session> parse(const QByteArray& bytes, QString* problem)
+{
+    if (problem)
+        problem->clear();
+    const std::optional<Sections> sections = sectionsOf(bytes);
     if (!sections || !sections->contains("Session"))
         return refuse(problem, QStringLiteral("it is damaged"));
     const auto& head = sections->value("Session");
@@ -135,6 +142,9 @@ std::optional<Session> read(const QString& file, QString* problem)
             return refuse(problem, QStringLiteral("it is damaged"));
         if (slot < 1 || slot > kWindowSlots)
             return refuse(problem, QStringLiteral("it names a slot outside 1 to %1").arg(kWindowSlots));
+        if (std::any_of(session.windows.cbegin(), session.windows.cend(),
+                        [slot](const SessionWindow& w) { return w.slot == slot; }))
+            return refuse(problem, QStringLiteral("it is damaged")); // "Window3" and "Window03"
         const QString address = unescaped(section->value("Address"));
         if (address.trimmed().isEmpty() || !section->contains("Title"))
             return refuse(problem, QStringLiteral("it is damaged"));
@@ -160,6 +170,11 @@ std::optional<Session> read(const QString& file, QString* problem)
 
 bool write(const QString& file, const Session& session)
 {
+    return TextFile::writeAtomically(file, format(session)) == RunError::None;
+}
+
+QByteArray format(const Session& session)
+{
     QByteArray out = "[Session]\nVersion=" + QByteArray::number(kVersion) +
                      "\nEnded=" + (session.endedNormally ? "normally" : "running") +
                      "\nCurrent=" + QByteArray::number(session.currentSlot) +
@@ -174,7 +189,7 @@ bool write(const QString& file, const Session& session)
                "\nKeepPagesLoaded=" + (run.keepPagesLoaded ? "1" : "0") +
                "\nPosition=" + QByteArray::number(run.position) + "\n";
     }
-    return TextFile::writeAtomically(file, out) == RunError::None;
+    return out;
 }
 
 } // namespace SessionFile

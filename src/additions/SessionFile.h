@@ -52,4 +52,9 @@ std::optional<Session> read(const QString& file, QString* problem = nullptr);
 // Replaces `file` with `session`; false when it could not be written.
 bool write(const QString& file, const Session& session);
 
+// The file's text for `session`, and the session in such a text (nothing, with the reason in
+// `problem`, when it cannot be trusted).
+QByteArray format(const Session& session);
+std::optional<Session> parse(const QByteArray& bytes, QString* problem = nullptr);
+
 } // namespace SessionFile
