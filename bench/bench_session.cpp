@@ -66,7 +66,8 @@ int main(int argc, char* argv[])
         kRuns, [&] { session->tick(); },
         [&] {
             clock.advanceSeconds(1.2);
-            created[0]->load(QStringLiteral("https://dashboards.example/team/1?view=week&filter=%1").arg(++change),
+            ++change;
+            created[0]->load(QStringLiteral("https://dashboards.example/team/1?view=week&filter=%1").arg(change),
                              QStringLiteral("Team 1 dashboard - filter %1").arg(change));
         });
     const QByteArray bytes = TextFile::readBytes(SessionFile::path()).bytes;

@@ -368,7 +368,7 @@ private slots:
     {
         m_main->Form_Load();
         m_main->surf()->Calendar1(); // made when first needed
-        for (const QString& name :
+        for (const char* name :
              {"TabStrip1", "Frame1", "Frame2", "Frame4", "Frame7", "Frame8", "Calendar1", "NewBtn",
               "ToggleBtn", "QuikViewBtn", "CalendarBtn", "Timer1", "WebForm1", "TabPanel1", "TabPanel5",
               "Button_0", "Button_7", "AddFavBtn_3", "AddListBtn_7"})

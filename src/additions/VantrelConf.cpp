@@ -14,7 +14,7 @@ const QList<Setting>& all()
         {kShowWhenLoaded, QStringLiteral("Show each page of a run only when it has loaded"),
          QStringLiteral("A window keeps showing its page until the next one has loaded, so that no blank or "
                         "half-drawn page is seen"),
-         true, 1},
+         true, 1, 0, 1, {}, {}},
         {kReadySeconds, QStringLiteral("Longest wait for a page before it is shown anyway"),
          QStringLiteral("A page that takes longer to load is shown as far as it has come"), false, 10, 1, 120,
          QString(), QStringLiteral(" s")},
@@ -37,19 +37,19 @@ const QList<Setting>& all()
         {kNetworkRetry, QStringLiteral("Try a page again when the network fails"),
          QStringLiteral("A page that could not be reached is tried again after 2, 4, 8 ... seconds (at most "
                         "every 5 minutes), and at once when the network comes back"),
-         true, 1},
+         true, 1, 0, 1, {}, {}},
         {kReopenAfterCrash, QStringLiteral("After a crash, reopen the last session without asking"),
          QStringLiteral("For screens nobody watches: after a crash, a kill or a power cut the windows come back in "
                         "their slots and the run goes on, without a question"),
-         true, 0},
+         true, 0, 0, 1, {}, {}},
         {kAlwaysReopen, QStringLiteral("Always reopen the windows of the last session"),
          QStringLiteral("Every start opens the windows that were open when Vantrel last ended, in their slots, "
                         "instead of the start-up page or list"),
-         true, 0},
+         true, 0, 0, 1, {}, {}},
         {kStartAtLogin, QStringLiteral("Start Vantrel when I log in"),
          QStringLiteral("The desktop starts Vantrel at login (an entry in the autostart folder), so that a screen "
                         "that lost its power comes back by itself"),
-         true, 0},
+         true, 0, 0, 1, {}, {}},
     };
     return settings;
 }

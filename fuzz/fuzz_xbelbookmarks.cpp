@@ -1,0 +1,36 @@
+#include "bookmarks/XbelBookmarks.h"
+
+#include <cstdlib>
+
+namespace {
+
+// Only folders hold anything, and a separator has neither title nor address.
+bool wellShaped(const BookmarkNode& node)
+{
+    if (node.kind != BookmarkNode::Kind::Folder && !node.children.isEmpty())
+        return false;
+    if (node.kind == BookmarkNode::Kind::Separator && !(node.title.isEmpty() && node.url.isEmpty()))
+        return false;
+    for (const BookmarkNode& child : node.children)
+        if (!wellShaped(child))
+            return false;
+    return true;
+}
+
+} // namespace
+
+// Any bytes: whatever was read, with a problem or without, is a tree within the depth limit, and
+// the file written for it is read back as the same tree, without a problem.
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    const QByteArray bytes(reinterpret_cast<const char*>(data), qsizetype(size));
+    const BookmarkRead read = XbelBookmarks::read(bytes);
+    if (read.root.kind != BookmarkNode::Kind::Folder || !wellShaped(read.root) || read.root.depth() > kMaxBookmarkDepth)
+        std::abort();
+    if (size == 0 && read.ok())
+        std::abort();
+    const BookmarkRead again = XbelBookmarks::read(XbelBookmarks::write(read.root));
+    if (!again.ok() || !(again.root == read.root))
+        std::abort();
+    return 0;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "bookmarks/BookmarkTree.h"
+
+#include <QByteArray>
+
+// XBEL, the XML bookmarks file of the desktop's file managers and of several browsers:
+// <xbel version="1.0"> holding <folder> (its name in a <title>), <bookmark href="address"> (its
+// name in a <title>) and <separator/>, in any nesting.
+namespace XbelBookmarks {
+
+// The tree in the file's bytes. The <title> of <xbel> itself is the root's title. <info>, <desc>,
+// <alias> and elements the format does not know are skipped with all they hold. XML that is not
+// well-formed gives a problem naming the line and what the XML reader found wrong there; the
+// folders and bookmarks before that point are kept.
+BookmarkRead read(const QByteArray& bytes);
+
+// The file for the tree, indented by the XML writer: the XML declaration, the format's DOCTYPE and
+// one <title> for every folder and bookmark (for the root only when it has one). Characters XML
+// cannot hold (control characters other than tab, line feed and carriage return) are left out; a
+// carriage return is written as a reference, so that it is read back as it was.
+QByteArray write(const BookmarkNode& root);
+
+} // namespace XbelBookmarks
