@@ -23,7 +23,7 @@ const QList<Setting>& all()
                         "as it is"),
          false, 0, 0, 1440, QStringLiteral("never"), QStringLiteral(" min")},
         {kKeepScreenAwake, QStringLiteral("Keep the screen awake while a list runs"),
-         QStringLiteral("The screen saver and screen blanking are held off while a list runs"), true, 1},
+         QStringLiteral("The screen saver and screen blanking are held off while a list runs"), true, 1, 0, 1, {}, {}},
         {kCrashReloads, QStringLiteral("Reload a crashed page by itself, at most"),
          QStringLiteral("A page whose process ends abnormally is loaded again by itself this often; after "
                         "that it shows its Reload button and waits"),
