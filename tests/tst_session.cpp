@@ -142,6 +142,9 @@ private slots:
         keeper.tick();
         QVERIFY(!QFile::exists(file())); // not keeping before start()
         keeper.start();
+        QCOMPARE(keeper.writes(), 0); // the start waits for no disk
+        QVERIFY(!QFile::exists(file()));
+        keeper.tick();
         QCOMPARE(keeper.writes(), 1);
         QVERIFY(!readBack()->endedNormally);
         // Nothing changed: nothing written, however often it ticks.
@@ -171,6 +174,7 @@ private slots:
         Session now = sample();
         SessionKeeper keeper(file(), [&] { return now; });
         keeper.start();
+        keeper.tick();
         now.currentSlot = 8;
         keeper.end(); // at once, whatever the time since the last write
         QCOMPARE(keeper.writes(), 2);
@@ -192,6 +196,7 @@ private slots:
         const QString blocked = m_app->file("no-such-folder/Session.INI");
         SessionKeeper keeper(blocked, [&] { return now; });
         keeper.start();
+        keeper.tick();
         m_clock->advanceSeconds(1.2);
         keeper.tick();
         m_clock->advanceSeconds(1.2);

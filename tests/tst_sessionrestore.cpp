@@ -146,10 +146,16 @@ private slots:
         QCOMPARE(g.WindowIndex, 1); // the lowest free slot, as a run opens it
         QVERIFY(log().contains("session of the last run reopened: 4 windows, the run of Walls going on at page 3"));
     }
-    void theSessionIsKeptAgainAtOnce()
+    void theSessionIsKeptAgainFromTheFirstTick()
     {
         prepare(crashed());
         start(DialogService::Answer::Yes);
+        // Until the first tick the file is the one the start began from.
+        const QByteArray before = readAll(m_app->file("Session.INI"));
+        QVERIFY(before.contains("Title=Two\n"));
+        m_main->Timer1_Timer();
+        // The rows show the addresses until the pages tell their titles: written anew.
+        QVERIFY(!readAll(m_app->file("Session.INI")).contains("Title=Two\n"));
         const std::optional<Session> now = SessionFile::read(m_app->file("Session.INI"));
         QVERIFY(now);
         QVERIFY(!now->endedNormally);

@@ -13,10 +13,10 @@ SessionKeeper::SessionKeeper(QString file, Snapshot snapshot) : m_file(std::move
 
 void SessionKeeper::start()
 {
+    // The first tick writes it: the start itself waits for no disk. A crash before that tick
+    // leaves the last session's file, which is what this run began from.
     m_keeping = true;
-    Session now = m_snapshot();
-    now.endedNormally = false;
-    write(now);
+    m_written.reset();
 }
 
 void SessionKeeper::tick()

@@ -17,7 +17,7 @@ public:
 
     SessionKeeper(QString file, Snapshot snapshot);
 
-    // Begins keeping: the session as it is now is written at once, marked as running.
+    // Begins keeping: the next tick writes the session, marked as running.
     void start();
     // Writes the session when it changed and a second has passed since the last write.
     void tick();
