@@ -64,11 +64,16 @@ bool CreateFavoriteFile(const QString& url, const QString& title, const QString&
     const std::optional<QString> name = ShortcutFileName(title);
     if (!name || name->contains(QChar(0)))
         return false;
+    return WriteShortcutFile(folder + *name, url);
+}
+
+bool WriteShortcutFile(const QString& path, const QString& url)
+{
     const QStringList lines = {
         QStringLiteral("[DEFAULT]"),
         QStringLiteral("BASEURL=") + url,
         QStringLiteral("[InternetShortcut]"),
         QStringLiteral("URL=") + url,
     };
-    return TextFile::writeLines(folder + *name, lines).ok();
+    return TextFile::writeLines(path, lines).ok();
 }

@@ -25,3 +25,6 @@ std::optional<QString> ShortcutFileName(const QString& title);
 // Writes a shortcut to `url` into `folder` (which ends with "/"), named from `title`, replacing a
 // file of the same name. False, silently, when nothing could be written.
 bool CreateFavoriteFile(const QString& url, const QString& title, const QString& folder);
+
+// Writes the shortcut file `path` (its four lines) pointing to `url`, replacing a file of that name.
+bool WriteShortcutFile(const QString& path, const QString& url);

@@ -1,0 +1,165 @@
+#include "FavoritesImport.h"
+
+#include "core/FileName.h"
+#include "core/ProfileString.h"
+#include "favorites/ShortcutFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace {
+
+constexpr qsizetype kMaxNameBytes = 255;
+constexpr int kProgressEvery = 50;
+
+// The numbered form of a shortcut's name: "Name.URL" becomes "Name (2).URL".
+QString numbered(const QString& name, int number)
+{
+    const QString suffix = QStringLiteral(" (%1)").arg(number);
+    const bool extension = name.endsWith(QStringLiteral(".URL"));
+    const QString base = extension ? name.chopped(4) : name;
+    const QString tail = suffix + (extension ? QStringLiteral(".URL") : QString());
+    return FileName::cutToBytes(base, kMaxNameBytes - tail.toUtf8().size()) + tail;
+}
+
+QString addressOf(const QString& shortcut)
+{
+    return GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), shortcut);
+}
+
+class Importer
+{
+public:
+    Importer(const std::function<bool(int, int)>& progress, int total) : m_progress(progress), m_total(total) {}
+
+    ImportSummary summary;
+
+    void folder(const BookmarkNode& node, const QString& path)
+    {
+        for (const BookmarkNode& child : node.children) {
+            if (summary.cancelled)
+                return;
+            switch (child.kind) {
+            case BookmarkNode::Kind::Separator:
+                ++summary.separators;
+                break;
+            case BookmarkNode::Kind::Link:
+                link(child, path);
+                if (++m_done % kProgressEvery == 0 && m_progress && !m_progress(m_done, m_total))
+                    summary.cancelled = true;
+                break;
+            case BookmarkNode::Kind::Folder: {
+                const QString sub = path + FavoritesImport::folderName(child.title);
+                const QFileInfo info(sub);
+                if (!info.isDir()) {
+                    if (info.exists() || !QDir().mkdir(sub)) {
+                        // Its bookmarks cannot go anywhere: counted as not written.
+                        summary.failed += int(child.linkCount());
+                        break;
+                    }
+                    ++summary.folders;
+                }
+                folder(child, sub + u'/');
+                break;
+            }
+            }
+        }
+    }
+
+private:
+    void link(const BookmarkNode& node, const QString& path)
+    {
+        const QString url = node.url.trimmed();
+        if (!FavoritesImport::isWebAddress(url)) {
+            ++summary.notWeb;
+            return;
+        }
+        // A bookmark without a title is named after its host, as browsers show it.
+        std::optional<QString> name = ShortcutFileName(node.title);
+        if (!name)
+            name = ShortcutFileName(QUrl(url).host());
+        if (!name)
+            name = QStringLiteral("Bookmark.URL");
+        for (int number = 1;; ++number) {
+            const QString candidate = number == 1 ? *name : numbered(*name, number);
+            const QString file = path + candidate;
+            if (QFileInfo::exists(file)) {
+                if (addressOf(file) == url) {
+                    ++summary.alreadyThere;
+                    return;
+                }
+                continue;
+            }
+            if (!WriteShortcutFile(file, url)) {
+                ++summary.failed;
+                return;
+            }
+            ++summary.written;
+            if (number > 1)
+                ++summary.renamed;
+            return;
+        }
+    }
+
+    const std::function<bool(int, int)>& m_progress;
+    int m_total;
+    int m_done = 0;
+};
+
+} // namespace
+
+QString ImportSummary::text() const
+{
+    QStringList parts;
+    parts << QStringLiteral("%1 folders made").arg(folders);
+    parts << QStringLiteral("%1 shortcuts written").arg(written) +
+                 (renamed ? QStringLiteral(" (%1 under a numbered name, as the name was taken)").arg(renamed)
+                          : QString());
+    if (alreadyThere)
+        parts << QStringLiteral("%1 already there").arg(alreadyThere);
+    if (notWeb)
+        parts << QStringLiteral("%1 left out as not web addresses").arg(notWeb);
+    if (separators)
+        parts << QStringLiteral("%1 separators left out").arg(separators);
+    if (failed)
+        parts << QStringLiteral("%1 could not be written").arg(failed);
+    QString message = (cancelled ? QStringLiteral("Import cancelled: ") : QStringLiteral("Bookmarks imported: ")) +
+                      parts.join(QStringLiteral(", ")) + u'.';
+    if (cancelled)
+        message += QStringLiteral(" What was written before stays.");
+    return message;
+}
+
+namespace FavoritesImport {
+
+bool isWebAddress(const QString& url)
+{
+    // A line end inside would break the shortcut's lines apart.
+    if (std::any_of(url.cbegin(), url.cend(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; }))
+        return false;
+    const QUrl parsed(url.trimmed(), QUrl::StrictMode);
+    const QString scheme = parsed.scheme().toLower();
+    return parsed.isValid() && !parsed.host().isEmpty() &&
+           (scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("ftp"));
+}
+
+QString folderName(const QString& title)
+{
+    QString name = title;
+    name.replace(u'/', u'-');
+    name.remove(QChar(0));
+    if (name.trimmed().isEmpty() || name == QLatin1String(".") || name == QLatin1String(".."))
+        return QStringLiteral("(no name)");
+    return FileName::cutToBytes(name, kMaxNameBytes);
+}
+
+ImportSummary importInto(const BookmarkNode& root, const QString& folder,
+                         const std::function<bool(int, int)>& progress)
+{
+    Importer importer(progress, int(root.linkCount()));
+    importer.folder(root, folder);
+    return importer.summary;
+}
+
+} // namespace FavoritesImport
