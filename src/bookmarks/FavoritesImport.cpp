@@ -138,7 +138,7 @@ bool isWebAddress(const QString& url)
     // A line end inside would break the shortcut's lines apart.
     if (std::any_of(url.cbegin(), url.cend(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; }))
         return false;
-    const QUrl parsed(url.trimmed(), QUrl::StrictMode);
+    const QUrl parsed(url.trimmed()); // as browsers take addresses: raw blanks, quotes and brackets too
     const QString scheme = parsed.scheme().toLower();
     return parsed.isValid() && !parsed.host().isEmpty() &&
            (scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("ftp"));
