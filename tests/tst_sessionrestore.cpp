@@ -9,6 +9,7 @@
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "core/Startup.h"
 #include "core/ColorsFile.h"
 #include "core/ListFile.h"
 #include "lists/ListRun.h"
@@ -250,6 +251,7 @@ private slots:
     {
         prepare(crashed());
         QVERIFY(writeAll(m_app->file(".Session.INI.k3x9.tmp"), "[Session]\nVers"));
+        TidyProgramFolder(); // as the program's start does, before the main window is made
         start(DialogService::Answer::No);
         QVERIFY(!QFile::exists(m_app->file(".Session.INI.k3x9.tmp")));
     }

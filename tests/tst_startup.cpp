@@ -139,12 +139,12 @@ private slots:
         StartFolder folders;
         QVERIFY(QDir().mkpath(folders.data()));
         const QStringList dataFiles = {"DefaultList.NLS", "BrowseHistory.LST", "DefaultBtns.BLS",
-                                       "Options.INI", "Colors.INI"};
+                                       "Options.INI", "Colors.INI", "Session.INI"};
         for (const QString& name : dataFiles) {
             QVERIFY(writeAll(folders.data() + '/' + name, ""));
             QVERIFY(interruptedSave(folders.data() + '/' + name, QByteArray(50000, 'x')));
         }
-        QCOMPARE(hiddenFiles(folders.data()).size(), 5);
+        QCOMPARE(hiddenFiles(folders.data()).size(), 6);
         // What is not the program's own stays: another file's temporary file, a look-alike.
         QVERIFY(writeAll(folders.data() + "/.Notes.txt.1a.tmp", "theirs"));
         QVERIFY(writeAll(folders.data() + "/.Options.INI.tmp", "theirs"));

@@ -6,7 +6,6 @@
 #include "browser/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
-#include "core/TextFile.h"
 #include "lists/ListRun.h"
 #include "lists/ListsPanel.h"
 #include "widgets/GradientButton.h"
@@ -41,9 +40,6 @@ Session ProgramSession::snapshot() const
 
 bool ProgramSession::resume()
 {
-    // A save of the session that was cut short leaves its temporary file; it is of no use now.
-    TextFile::removeLeftovers(globals().AppPath,
-                              [](const QByteArray& name) { return name == SessionFile::kFileName; });
     QString problem;
     const std::optional<Session> last = SessionFile::read(SessionFile::path(), &problem);
     if (!problem.isEmpty())

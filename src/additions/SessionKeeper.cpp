@@ -27,9 +27,11 @@ void SessionKeeper::tick()
     now.endedNormally = false;
     if (m_written && now == *m_written)
         return;
-    if (m_lastWrite.isValid() && m_lastWrite.msecsTo(Clock::localNow()) < kShortestGapMs &&
-        m_lastWrite.msecsTo(Clock::localNow()) >= 0)
-        return; // written less than a second ago: the change goes at a later tick
+    // Written less than a second ago: the change goes at a later tick. A clock set back makes the
+    // gap negative, and then the change is written at once rather than held until the clock is back.
+    const qint64 since = m_lastWrite.isValid() ? m_lastWrite.msecsTo(Clock::localNow()) : -1;
+    if (since >= 0 && since < kShortestGapMs)
+        return;
     write(now);
 }
 

@@ -7,6 +7,7 @@
 #include "ListFile.h"
 #include "OptionsFile.h"
 #include "TextFile.h"
+#include "additions/SessionFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -84,8 +85,10 @@ void ResolveAppPath(const QString& programFileName)
 void TidyProgramFolder()
 {
     const QString folder = globals().AppPath;
-    static const QList<QByteArray> dataFiles = {kButtonFileName, kListFileName, kHistoryFileName,
-                                                kOptionsFileName, kColorsFileName};
+    // A save cut short (the power went, the program was killed) leaves its temporary file beside
+    // the file it was to replace; the next start has no use for it.
+    static const QList<QByteArray> dataFiles = {kButtonFileName, kListFileName,    kHistoryFileName,
+                                                kOptionsFileName, kColorsFileName, SessionFile::kFileName};
     TextFile::removeLeftovers(folder, [](const QByteArray& name) { return dataFiles.contains(name); });
     const QString profile = QDir(folder).filePath(QString::fromLatin1(kBrowserFolderName));
     if (QFileInfo(profile).isDir())
