@@ -1,26 +1,10 @@
 #include "bookmarks/ChromiumBookmarks.h"
+#include "WellShapedTree.h"
 #include "bookmarks/NetscapeBookmarks.h"
 
 #include <QStringList>
 
 #include <cstdlib>
-
-namespace {
-
-// Folders and links only, and only folders hold anything.
-bool wellShaped(const BookmarkNode& node)
-{
-    if (node.kind == BookmarkNode::Kind::Separator)
-        return false;
-    if (node.kind == BookmarkNode::Kind::Link && !node.children.isEmpty())
-        return false;
-    for (const BookmarkNode& child : node.children)
-        if (!wellShaped(child))
-            return false;
-    return true;
-}
-
-} // namespace
 
 // Any bytes: a file that is refused yields nothing; a file that is read yields at most the three
 // roots, in their order, none of them empty; and what was read goes through the HTML bookmarks
@@ -45,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             std::abort();
         next = at + 1;
     }
-    if (!wellShaped(read.root) || read.root.depth() > kMaxBookmarkDepth)
+    if (!wellShaped(read.root, Separators::None) || read.root.depth() > kMaxBookmarkDepth)
         std::abort();
     const BookmarkRead exported = NetscapeBookmarks::read(NetscapeBookmarks::write(read.root));
     if (!exported.ok() || !(exported.root == read.root))

@@ -1,23 +1,8 @@
 #include "bookmarks/XbelBookmarks.h"
 
+#include "WellShapedTree.h"
+
 #include <cstdlib>
-
-namespace {
-
-// Only folders hold anything, and a separator has neither title nor address.
-bool wellShaped(const BookmarkNode& node)
-{
-    if (node.kind != BookmarkNode::Kind::Folder && !node.children.isEmpty())
-        return false;
-    if (node.kind == BookmarkNode::Kind::Separator && !(node.title.isEmpty() && node.url.isEmpty()))
-        return false;
-    for (const BookmarkNode& child : node.children)
-        if (!wellShaped(child))
-            return false;
-    return true;
-}
-
-} // namespace
 
 // Any bytes: whatever was read, with a problem or without, is a tree within the depth limit, and
 // the file written for it is read back as the same tree, without a problem.
