@@ -76,7 +76,21 @@ private slots:
                             "URL=https://www.debian.org/\r\n"));
         QCOMPARE(address("example.URL"), QStringLiteral("https://example.org/page"));
         QCOMPARE(summary.text(), QStringLiteral("Bookmarks imported: 2 folders made, 4 shortcuts written, 4 left out "
-                                                "as not web addresses, 1 separators left out."));
+                                                "as not web addresses, 1 separator left out."));
+    }
+    void aShortcutWhoseExtensionIsInAnotherCaseIsTheSameName()
+    {
+        // Other programs write ".url"; the favourite "Old" is there whatever the case.
+        QVERIFY(writeAll(m_folder + "Old.url", "[InternetShortcut]\r\nURL=https://old.example/\r\n"));
+        QVERIFY(writeAll(m_folder + "Mixed.Url", "[InternetShortcut]\r\nURL=https://mixed.example/\r\n"));
+        using B = BookmarkNode;
+        const B root = B::folder({}, {B::link("Old", "https://old.example/"), B::link("Old", "https://old.example/other"),
+                                      B::link("Mixed", "https://mixed.example/")});
+        const ImportSummary summary = FavoritesImport::importInto(root, m_folder);
+        QCOMPARE(summary.alreadyThere, 2);
+        QCOMPARE(summary.written, 1);
+        QCOMPARE(summary.renamed, 1);
+        QCOMPARE(listing(), (QStringList{"Mixed.Url", "Old (2).URL", "Old.url"}));
     }
     void importingTheSameFileTwiceChangesNothing()
     {

@@ -86,7 +86,7 @@ private slots:
         const QString line(200, u'x');
         for (int i = 0; i < 25000; ++i) // about 5.5 MB of lines
             EventLog::write(line);
-        for (const QString& name : {"Vantrel.log", "Vantrel.log.1", "Vantrel.log.2", "Vantrel.log.3"}) {
+        for (const QString name : {"Vantrel.log", "Vantrel.log.1", "Vantrel.log.2", "Vantrel.log.3"}) {
             const qint64 size = QFileInfo(m_app->file(name)).size();
             QVERIFY2(size > EventLog::kMaxBytes - 1000 || name == "Vantrel.log", qPrintable(name));
             QVERIFY2(size <= EventLog::kMaxBytes, qPrintable(name));

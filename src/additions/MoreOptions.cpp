@@ -121,6 +121,7 @@ void MoreOptions::okClicked()
         showSettings();
         return;
     }
+    emit applied();
     close();
 }
 

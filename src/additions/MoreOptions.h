@@ -28,6 +28,10 @@ public:
     // The control of a setting: a QCheckBox or a QSpinBox, named after the setting's key.
     QWidget* control(const char* key) const;
 
+signals:
+    // The settings were stored (OK): what follows them in the running program takes them up.
+    void applied();
+
 protected:
     void changeEvent(QEvent* event) override;
 

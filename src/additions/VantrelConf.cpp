@@ -50,6 +50,10 @@ const QList<Setting>& all()
          QStringLiteral("The desktop starts Vantrel at login (an entry in the autostart folder), so that a screen "
                         "that lost its power comes back by itself"),
          true, 0, 0, 1, {}, {}},
+        {kKeepFavoritesInStep, QStringLiteral("Keep the Favorites tree in step with the folder"),
+         QStringLiteral("What other programs change in your Favorites folder (a file manager, a synced folder) "
+                        "appears in the tree by itself, without Refresh"),
+         true, 0, 0, 1, {}, {}},
     };
     return settings;
 }

@@ -23,6 +23,7 @@ inline constexpr char kNetworkRetry[] = "Recovery/RetryAfterNetworkFailures";
 inline constexpr char kReopenAfterCrash[] = "Session/ReopenAfterACrashWithoutAsking";
 inline constexpr char kAlwaysReopen[] = "Session/AlwaysReopenLastSession";
 inline constexpr char kStartAtLogin[] = "Session/StartAtLogin";
+inline constexpr char kKeepFavoritesInStep[] = "Favorites/KeepTreeInStepWithFolder";
 
 struct Setting
 {

@@ -35,7 +35,10 @@ namespace FavoritesExport {
 QString titleOf(const QString& fileName)
 {
     const QString title = FavoritesWalk::shortcutText(fileName);
-    if (ShortcutFileName(title) == fileName)
+    // Imported again, the title is named with ".URL"; a name that ends in ".url" in another case
+    // stands for the same favourite.
+    const std::optional<QString> again = ShortcutFileName(title);
+    if (again && again->chopped(4) == fileName.chopped(4))
         return title;
     return fileName; // "a.b.URL" would come back as "a.URL" from "a.b"
 }

@@ -6,6 +6,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QHash>
 #include <QUrl>
 
 namespace {
@@ -28,6 +29,15 @@ QString addressOf(const QString& shortcut)
     return GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), shortcut);
 }
 
+// Shortcuts come with their extension in any case: ".URL" as Vantrel writes them, ".url" as most
+// other programs do. A name stands for the same favourite whatever the case of its extension.
+QString sameNameKey(const QString& fileName)
+{
+    if (fileName.endsWith(QStringLiteral(".url"), Qt::CaseInsensitive))
+        return fileName.chopped(4) + QStringLiteral(".url");
+    return fileName;
+}
+
 class Importer
 {
 public:
@@ -37,6 +47,10 @@ public:
 
     void folder(const BookmarkNode& node, const QString& path)
     {
+        // The shortcuts there now, by the name they stand for, with their names on disk.
+        QHash<QString, QString> present;
+        for (const QString& name : QDir(path).entryList(QDir::Files | QDir::Hidden | QDir::System))
+            present.insert(sameNameKey(name), name);
         for (const BookmarkNode& child : node.children) {
             if (summary.cancelled)
                 return;
@@ -45,7 +59,7 @@ public:
                 ++summary.separators;
                 break;
             case BookmarkNode::Kind::Link:
-                link(child, path);
+                link(child, path, present);
                 if (++m_done % kProgressEvery == 0 && m_progress && !m_progress(m_done, m_total))
                     summary.cancelled = true;
                 break;
@@ -68,7 +82,7 @@ public:
     }
 
 private:
-    void link(const BookmarkNode& node, const QString& path)
+    void link(const BookmarkNode& node, const QString& path, QHash<QString, QString>& present)
     {
         const QString url = node.url.trimmed();
         if (!FavoritesImport::isWebAddress(url)) {
@@ -83,18 +97,19 @@ private:
             name = QStringLiteral("Bookmark.URL");
         for (int number = 1;; ++number) {
             const QString candidate = number == 1 ? *name : numbered(*name, number);
-            const QString file = path + candidate;
-            if (QFileInfo::exists(file)) {
-                if (addressOf(file) == url) {
+            const auto there = present.constFind(sameNameKey(candidate));
+            if (there != present.cend()) {
+                if (addressOf(path + *there) == url) {
                     ++summary.alreadyThere;
                     return;
                 }
                 continue;
             }
-            if (!WriteShortcutFile(file, url)) {
+            if (!WriteShortcutFile(path + candidate, url)) {
                 ++summary.failed;
                 return;
             }
+            present.insert(sameNameKey(candidate), candidate);
             ++summary.written;
             if (number > 1)
                 ++summary.renamed;
@@ -111,9 +126,12 @@ private:
 
 QString ImportSummary::text() const
 {
+    const auto counted = [](int n, const char* one, const char* many) {
+        return QStringLiteral("%1 %2").arg(n).arg(QLatin1String(n == 1 ? one : many));
+    };
     QStringList parts;
-    parts << QStringLiteral("%1 folders made").arg(folders);
-    parts << QStringLiteral("%1 shortcuts written").arg(written) +
+    parts << counted(folders, "folder made", "folders made");
+    parts << counted(written, "shortcut written", "shortcuts written") +
                  (renamed ? QStringLiteral(" (%1 under a numbered name, as the name was taken)").arg(renamed)
                           : QString());
     if (alreadyThere)
@@ -121,7 +139,7 @@ QString ImportSummary::text() const
     if (notWeb)
         parts << QStringLiteral("%1 left out as not web addresses").arg(notWeb);
     if (separators)
-        parts << QStringLiteral("%1 separators left out").arg(separators);
+        parts << counted(separators, "separator left out", "separators left out");
     if (failed)
         parts << QStringLiteral("%1 could not be written").arg(failed);
     QString message = (cancelled ? QStringLiteral("Import cancelled: ") : QStringLiteral("Bookmarks imported: ")) +

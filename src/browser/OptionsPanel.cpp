@@ -7,6 +7,8 @@
 #include "core/Globals.h"
 #include "core/OptionsFile.h"
 #include "core/RunError.h"
+#include "favorites/FavoritesPanel.h"
+#include "favorites/FavoritesWatch.h"
 #include "widgets/ColorSwatch.h"
 #include "widgets/GradientButton.h"
 #include "widgets/Twips.h"
@@ -254,8 +256,10 @@ MoreOptions* OptionsPanel::moreOptions() const
 
 void OptionsPanel::MoreOptionsBtn_Click()
 {
-    if (!m_moreOptions)
+    if (!m_moreOptions) {
         m_moreOptions = new MoreOptions(m_main);
+        connect(m_moreOptions, &MoreOptions::applied, m_main->favoritesPanel()->watch(), &FavoritesWatch::applySetting);
+    }
     m_moreOptions->showSettings();
     keepAboveOwner(m_moreOptions, m_main);
     m_moreOptions->show();

@@ -5,6 +5,7 @@
 #include "about/About1.h"
 #include "about/HelpWindow.h"
 #include "additions/ProgramSession.h"
+#include "additions/VantrelConf.h"
 #include "additions/WindowRecovery.h"
 #include "browser/OptionsPanel.h"
 #include "core/ButtonFile.h"
@@ -18,6 +19,7 @@
 #include "core/Startup.h"
 #include "favorites/FavoritesPanel.h"
 #include "favorites/FavoritesTree.h"
+#include "favorites/FavoritesWatch.h"
 #include "favorites/QuickButtons.h"
 #include "history/HistoryPanel.h"
 #include "history/HistoryTree.h"
@@ -156,6 +158,7 @@ void Vantrel1::Form_Load()
     g.FavoritesPath = GetFavoritesFolder(kFavoritesFolderId);
     favorites()->RefreshBtn_Click();
     favorites()->removeLeftoverTemporaries();
+    m_favoritesPanel->watch()->setEnabled(VantrelConf::flag(VantrelConf::kKeepFavoritesInStep));
     quickButtons()->LoadButtons();
     m_listsPanel->lists()->LoadListTree();
     // The history tree is built from the records only when the history file exists.

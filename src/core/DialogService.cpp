@@ -11,6 +11,10 @@ struct State
     DialogService::Backend* backend = nullptr;
     QQueue<DialogService::Answer> answers;
     QQueue<std::optional<QColor>> colors;
+    QQueue<std::optional<DialogService::FileChoice>> files;
+    QQueue<std::optional<int>> items;
+    QStringList fileCaptions;
+    QStringList offered;
     QStringList texts;
     QStringList titles;
 };
@@ -62,6 +66,43 @@ std::optional<QColor> DialogService::chooseColor(const QColor& initial)
     return std::nullopt;
 }
 
+namespace {
+
+std::optional<DialogService::FileChoice> chooseFile(const QString& caption, const QString& start,
+                                                    const QStringList& filters, bool saving)
+{
+    state().fileCaptions.append(caption);
+    if (!state().files.isEmpty())
+        return state().files.dequeue();
+    if (state().backend)
+        return state().backend->chooseFile(caption, start, filters, saving);
+    return std::nullopt;
+}
+
+} // namespace
+
+std::optional<DialogService::FileChoice> DialogService::openFile(const QString& caption, const QString& start,
+                                                                 const QStringList& filters)
+{
+    return chooseFile(caption, start, filters, false);
+}
+
+std::optional<DialogService::FileChoice> DialogService::saveFile(const QString& caption, const QString& start,
+                                                                 const QStringList& filters)
+{
+    return chooseFile(caption, start, filters, true);
+}
+
+std::optional<int> DialogService::chooseItem(const QString& caption, const QString& label, const QStringList& items)
+{
+    state().offered = items;
+    if (!state().items.isEmpty())
+        return state().items.dequeue();
+    if (state().backend)
+        return state().backend->chooseItem(caption, label, items);
+    return std::nullopt;
+}
+
 void DialogService::setBackend(Backend* backend)
 {
     state().backend = backend;
@@ -75,6 +116,26 @@ void DialogService::setNextAnswer(Answer answer)
 void DialogService::setNextColor(std::optional<QColor> color)
 {
     state().colors.enqueue(color);
+}
+
+void DialogService::setNextFile(std::optional<FileChoice> file)
+{
+    state().files.enqueue(std::move(file));
+}
+
+void DialogService::setNextItem(std::optional<int> item)
+{
+    state().items.enqueue(item);
+}
+
+QStringList DialogService::fileCaptions()
+{
+    return state().fileCaptions;
+}
+
+QStringList DialogService::offeredItems()
+{
+    return state().offered;
 }
 
 QStringList DialogService::shownTexts()
@@ -91,6 +152,8 @@ void DialogService::clearShown()
 {
     state().texts.clear();
     state().titles.clear();
+    state().fileCaptions.clear();
+    state().offered.clear();
 }
 
 void DialogService::reset()

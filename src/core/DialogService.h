@@ -14,6 +14,13 @@ class DialogService
 public:
     enum class Answer { Yes, No };
 
+    // A file the user chose, and which of the kinds of file offered (the filters) was chosen.
+    struct FileChoice
+    {
+        QString path;
+        int filter = 0;
+    };
+
     class Backend
     {
     public:
@@ -22,6 +29,15 @@ public:
         virtual Answer askQuestion(const QString& title, const QString& text) = 0;
         // Cancel gives no colour.
         virtual std::optional<QColor> chooseColor(const QString& title, const QColor& initial) = 0;
+        // Cancel gives no file and no item. A backend that cannot show them gives none.
+        virtual std::optional<FileChoice> chooseFile(const QString&, const QString&, const QStringList&, bool)
+        {
+            return std::nullopt;
+        }
+        virtual std::optional<int> chooseItem(const QString&, const QString&, const QStringList&)
+        {
+            return std::nullopt;
+        }
     };
 
     // Shows `text` with an OK button, titled AppTitle.
@@ -31,6 +47,13 @@ public:
     // The colour dialog "Select Color", starting from `initial`.
     static std::optional<QColor> chooseColor(const QColor& initial);
 
+    // The file dialog: `filters` are the kinds of file offered ("HTML bookmarks (*.html *.htm)"),
+    // `start` the folder, or the file name suggested when saving.
+    static std::optional<FileChoice> openFile(const QString& caption, const QString& start, const QStringList& filters);
+    static std::optional<FileChoice> saveFile(const QString& caption, const QString& start, const QStringList& filters);
+    // One of `items`, chosen from a list headed `label`; its index.
+    static std::optional<int> chooseItem(const QString& caption, const QString& label, const QStringList& items);
+
     // The backend that shows dialogs; none (the default) answers No and Cancel without showing.
     // The service does not own it.
     static void setBackend(Backend* backend);
@@ -38,6 +61,11 @@ public:
     // Test hooks: queued answers are used before the backend is asked; everything shown is kept.
     static void setNextAnswer(Answer answer);
     static void setNextColor(std::optional<QColor> color);
+    static void setNextFile(std::optional<FileChoice> file);
+    static void setNextItem(std::optional<int> item);
+    // The captions of the file dialogs and the items of the last list offered.
+    static QStringList fileCaptions();
+    static QStringList offeredItems();
     static QStringList shownTexts();
     static QStringList shownTitles();
     static void clearShown();

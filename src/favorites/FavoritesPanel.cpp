@@ -1,6 +1,8 @@
 #include "FavoritesPanel.h"
 
+#include "FavoritesMenu.h"
 #include "FavoritesTree.h"
+#include "FavoritesWatch.h"
 #include "QuickButtons.h"
 #include "ShellServices.h"
 #include "core/DialogService.h"
@@ -28,6 +30,8 @@ FavoritesPanel::FavoritesPanel(QFrame* sharedPanel, Vantrel1* main)
     setUpper(m_frame4);
     m_quickButtons = new QuickButtons(m_frame4, m_distFavBtn, main);
     m_favorites = new FavoritesTree(m_tree, m_distFavBtn, main);
+    m_menu = new FavoritesMenu(m_tree, m_favorites);
+    m_watch = new FavoritesWatch(m_tree, m_favorites);
     m_quickButtons->setTree(m_favorites);
 
     m_saveBtn = new GradientButton(QStringLiteral("SaveBtn"), tr("Save"), this);

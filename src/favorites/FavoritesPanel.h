@@ -2,7 +2,9 @@
 
 #include "widgets/SharedTreeTab.h"
 
+class FavoritesMenu;
 class FavoritesTree;
+class FavoritesWatch;
 class GradientButton;
 class KeyedTree;
 class QFrame;
@@ -21,6 +23,8 @@ public:
 
     KeyedTree* SSTree1() const { return m_tree; }
     FavoritesTree* favorites() const { return m_favorites; }
+    FavoritesMenu* menu() const { return m_menu; }
+    FavoritesWatch* watch() const { return m_watch; }
     QuickButtons* quickButtons() const { return m_quickButtons; }
     QFrame* Frame4() const { return m_frame4; }
     GradientButton* SaveBtn() const { return m_saveBtn; }
@@ -33,6 +37,8 @@ private:
     GradientButton* m_distFavBtn;
     QFrame* m_frame4;
     FavoritesTree* m_favorites;
+    FavoritesMenu* m_menu;
+    FavoritesWatch* m_watch;
     QuickButtons* m_quickButtons;
     GradientButton* m_saveBtn;
     GradientButton* m_orgFavBtn;

@@ -1,5 +1,6 @@
 #include "ListsPanel.h"
 
+#include "ListsMenu.h"
 #include "ListsTree.h"
 #include "RunList1.h"
 #include "additions/EventLog.h"
@@ -35,6 +36,7 @@ ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main), m_r
     layout->addWidget(m_tree);
     setUpper(m_frame3);
     m_lists = new ListsTree(m_tree, listNames, main);
+    m_menu = new ListsMenu(m_tree, m_lists);
 
     m_saveListBtn = new GradientButton(QStringLiteral("SaveListBtn"), QStringLiteral("Save"), this);
     m_saveListBtn->setToolTip(QStringLiteral("Select Favorite Web Sites for Buttons and Lists"));

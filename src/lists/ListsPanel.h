@@ -9,6 +9,7 @@
 
 class GradientButton;
 class KeyedTree;
+class ListsMenu;
 class ListsTree;
 class QComboBox;
 class QFrame;
@@ -27,6 +28,7 @@ public:
 
     KeyedTree* SSTree2() const { return m_tree; }
     ListsTree* lists() const { return m_lists; }
+    ListsMenu* menu() const { return m_menu; }
     ListRun& run() { return m_run; }
     RunWatch* runWatch() const { return m_runWatch; }
     // "Keep Pages Loaded" for the run going on.
@@ -60,6 +62,7 @@ private:
     QFrame* m_frame3;
     KeyedTree* m_tree;
     ListsTree* m_lists;
+    ListsMenu* m_menu;
     // A kept page's window comes forward instead of the page loading again; false when the page
     // must be loaded.
     bool showKeptPage();

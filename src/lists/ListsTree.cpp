@@ -1,7 +1,9 @@
 #include "ListsTree.h"
 
+#include "bookmarks/ListTransfer.h"
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
+#include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/ListFile.h"
 #include "favorites/FavoritesTree.h"
@@ -9,7 +11,9 @@
 #include "widgets/KeyedTree.h"
 #include "widgets/PageTree.h"
 
+#include <QClipboard>
 #include <QComboBox>
+#include <QGuiApplication>
 
 namespace {
 const QString kNewList = QStringLiteral("New List");
@@ -22,6 +26,8 @@ ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Vantrel1* main)
     tree->setLabelEditEnabled(true);
     connect(tree, &KeyedTree::controlDropped, this, &ListsTree::controlDropped);
     connect(tree, &KeyedTree::textDropped, this, &ListsTree::textDropped);
+    tree->setManyLinksDropEnabled(true);
+    connect(tree, &KeyedTree::linksDropped, this, &ListsTree::linksDropped);
     connect(tree, &KeyedTree::mousePressed, this, &ListsTree::mousePressed);
     connect(tree, &KeyedTree::nodeDoubleClicked, this, &ListsTree::nodeDoubleClicked);
     connect(tree, &KeyedTree::labelEdited, this, &ListsTree::labelEdited);
@@ -75,12 +81,73 @@ bool ListsTree::AddListNode(const QString& name)
 
 void ListsTree::NewListBtn_Click()
 {
-    if (AddListNode(kNewList))
-        return;
+    addNumberedList(kNewList);
+}
+
+QString ListsTree::addNumberedList(const QString& base)
+{
+    if (AddListNode(base))
+        return base;
     // The counter is a 16-bit number; past its end no further name is tried.
-    for (int counter = 2; counter <= 32767; ++counter)
-        if (AddListNode(kNewList + u'_' + QString::number(counter)))
-            return;
+    for (int counter = 2; counter <= 32767; ++counter) {
+        const QString name = base + u'_' + QString::number(counter);
+        if (AddListNode(name))
+            return name;
+    }
+    return QString();
+}
+
+ListsTree::Added ListsTree::addPages(const QString& listName, const QList<QPair<QString, QString>>& pages)
+{
+    Added result;
+    for (const auto& [title, url] : pages) {
+        if (m_tree->node(PageTree::pageKey(url, listName))) {
+            ++result.alreadyThere;
+            continue;
+        }
+        if (m_tree->nodeCount() >= kListCapacity - 1) {
+            ++result.noRoom; // the list file holds no more records
+            continue;
+        }
+        if (PageTree::addPage(m_tree, listName, title, url))
+            ++result.added;
+    }
+    if (result.added)
+        globals().ListsChanged = true;
+    return result;
+}
+
+QString ListsTree::noRoomText(int pages)
+{
+    return QStringLiteral("%1 of the pages could not be added: the lists hold at most %2 lists and pages together.")
+        .arg(pages)
+        .arg(kListCapacity - 1);
+}
+
+void ListsTree::addAddresses(const QString& listName, const QStringList& addresses)
+{
+    // Pasted and dropped addresses come without titles: the address stands for the title.
+    QList<QPair<QString, QString>> pages;
+    for (const QString& address : addresses)
+        pages.append({address, address});
+    const Added added = addPages(listName, pages);
+    if (added.noRoom)
+        DialogService::message(noRoomText(added.noRoom));
+}
+
+void ListsTree::pastePages(KeyedNode* node)
+{
+    const QString listName = node ? node->listTag() : QString();
+    if (listName.isEmpty()) {
+        DialogService::message(QStringLiteral("Choose the list to paste the pages into."));
+        return;
+    }
+    const QStringList addresses = ListTransfer::webAddressesIn(QGuiApplication::clipboard()->text());
+    if (addresses.isEmpty()) {
+        DialogService::message(QStringLiteral("The clipboard holds no web address to paste."));
+        return;
+    }
+    addAddresses(listName, addresses);
 }
 
 bool ListsTree::AddPageNode(const QString& listName)
@@ -130,6 +197,14 @@ void ListsTree::textDropped(const QString& text, const QString&, const QPoint& p
     g.CurrentUrl = row->tag();
     g.CurrentTitle = row->text();
     dropOn(pos);
+}
+
+void ListsTree::linksDropped(const QStringList& addresses, const QPoint& pos)
+{
+    KeyedNode* target = m_tree->nodeAtPoint(pos);
+    if (!target || target->listTag().isEmpty())
+        return; // dropped beside the lists
+    addAddresses(target->listTag(), addresses);
 }
 
 void ListsTree::mousePressed()

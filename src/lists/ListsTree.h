@@ -30,6 +30,24 @@ public:
     void SaveListBtn_Click();
     // Makes "New List", or "New List_2", "New List_3", ... when the name is taken.
     void NewListBtn_Click();
+    // Makes a list named `base`, numbered as New List names are when the name is taken; the name it
+    // got, or "" when every number is taken.
+    QString addNumberedList(const QString& base);
+
+    // What came of adding pages to a list: each address is taken once per list, as with drops.
+    struct Added
+    {
+        int added = 0;
+        int alreadyThere = 0;
+        int noRoom = 0; // the lists hold at most kListCapacity - 1 lists and pages together
+    };
+    // Adds the pages (title, address) to the list `listName`; ListsChanged when any was added.
+    Added addPages(const QString& listName, const QList<QPair<QString, QString>>& pages);
+    // Adds every web address in the clipboard's text to the list of `node` (a list, or a page of it).
+    // Said plainly when there is no list or no address.
+    void pastePages(KeyedNode* node);
+    // "N of the pages could not be added: ..." for pages the lists had no room for.
+    static QString noRoomText(int pages);
     bool AddListNode(const QString& name);
     bool AddPageToList();
     bool AddPageNode(const QString& listName);
@@ -41,6 +59,7 @@ public:
     // The handlers, reachable for the program's own drags and for tests.
     void controlDropped(const QString& sourceTag, const QPoint& pos);
     void textDropped(const QString& text, const QString& title, const QPoint& pos);
+    void linksDropped(const QStringList& addresses, const QPoint& pos);
     void mousePressed();
     void nodeDoubleClicked(KeyedNode* node);
     void labelEdited(KeyedNode* node, const QString& oldText, const QString& newText);
@@ -50,6 +69,7 @@ public:
 
 private:
     void dropOn(const QPoint& pos);
+    void addAddresses(const QString& listName, const QStringList& addresses);
 
     KeyedTree* m_tree;
     QComboBox* m_listNames;

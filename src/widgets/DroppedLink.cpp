@@ -58,6 +58,19 @@ Link read(const QMimeData* data)
     return link;
 }
 
+QStringList webLinks(const QMimeData* data)
+{
+    QStringList addresses;
+    if (!data || !data->hasUrls())
+        return addresses;
+    for (const QUrl& url : data->urls()) {
+        const QString address = url.toString();
+        if (isWebAddress(address) && !addresses.contains(address))
+            addresses.append(address);
+    }
+    return addresses;
+}
+
 bool isWebAddress(const QString& text)
 {
     return text.left(4).compare(QLatin1String("http"), Qt::CaseInsensitive) == 0;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QMimeData;
 
@@ -17,6 +18,9 @@ struct Link
 };
 
 Link read(const QMimeData* data);
+
+// The web addresses of a list of links (several pages dragged at once), in order, each once.
+QStringList webLinks(const QMimeData* data);
 
 // Only a web address is taken from another program: text beginning with "http", in any case.
 bool isWebAddress(const QString& text);

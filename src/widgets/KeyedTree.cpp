@@ -6,6 +6,8 @@
 #include "DroppedLink.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
+#include <QCursor>
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -256,6 +258,13 @@ void KeyedTree::dropEvent(QDropEvent* event)
         emit controlDropped(tag, pos);
         return;
     }
+    if (m_manyLinks) {
+        const QStringList addresses = DroppedLink::webLinks(data);
+        if (addresses.size() > 1) {
+            emit linksDropped(addresses, pos);
+            return;
+        }
+    }
     const DroppedLink::Link link = DroppedLink::read(data);
     emit textDropped(link.text, link.title, pos);
 }
@@ -266,7 +275,28 @@ void KeyedTree::keyPressEvent(QKeyEvent* event)
         emit deleteRequested(static_cast<KeyedNode*>(currentItem()));
         return;
     }
+    // Shift+F10 opens the menu as the Menu key does, as on every desktop.
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, QPoint(), QCursor::pos(), event->modifiers());
+        contextMenuEvent(&menu);
+        return;
+    }
     QTreeWidget::keyPressEvent(event);
+}
+
+void KeyedTree::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Mouse) {
+        const QPoint pos = viewport()->mapFrom(this, event->pos());
+        emit menuRequested(nodeAtPoint(pos), viewport()->mapToGlobal(pos));
+        return;
+    }
+    // From the keyboard the menu belongs to the current node, and opens beside it.
+    auto* node = static_cast<KeyedNode*>(currentItem());
+    QRect at = node ? visualItemRect(node) : QRect();
+    if (!at.isValid() || !viewport()->rect().intersects(at))
+        at = QRect(viewport()->rect().topLeft(), QSize(1, 1));
+    emit menuRequested(node, viewport()->mapToGlobal(QPoint(at.left() + 16, at.bottom())));
 }
 
 void KeyedTree::mousePressEvent(QMouseEvent* event)

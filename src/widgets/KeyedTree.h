@@ -44,6 +44,9 @@ public:
 
     // Lets the user edit node labels (F2, or a click on the selected node); labelEdited() tells.
     void setLabelEditEnabled(bool on);
+    // Lets a drop of several links from another program (a list of addresses) arrive whole, by
+    // linksDropped(); otherwise only its first link is taken, as from any drop.
+    void setManyLinksDropEnabled(bool on) { m_manyLinks = on; }
 
     // While one lives, nodes are gathered away from the view and shown in one step at its end:
     // building a tree of thousands of nodes then costs the view one update.
@@ -67,6 +70,12 @@ signals:
     // A web address (a link, or text) from another program was dropped; `title` is the page's
     // title when the drop carries one.
     void textDropped(const QString& text, const QString& title, const QPoint& viewportPos);
+    // Several web addresses were dropped at once (only with setManyLinksDropEnabled()).
+    void linksDropped(const QStringList& addresses, const QPoint& viewportPos);
+    // The user asked for the tree's menu: with the mouse (`node` is the node under the pointer, or
+    // none) or with the keyboard (the Menu key or Shift+F10: `node` is the current node). The menu
+    // goes at `globalPos`.
+    void menuRequested(KeyedNode* node, const QPoint& globalPos);
     void deleteRequested(KeyedNode* node);
     // The user finished editing a node's label.
     void labelEdited(KeyedNode* node, const QString& oldText, const QString& newText);
@@ -82,6 +91,7 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void forget(QTreeWidgetItem* item);
@@ -93,6 +103,7 @@ private:
     QList<KeyedNode*> m_order;
     KeyedNode* m_dropHighlight = nullptr;
     bool m_labelEdit = false;
+    bool m_manyLinks = false;
     int m_bulk = 0;
     QList<QTreeWidgetItem*> m_detachedTop;
 };

@@ -2,6 +2,9 @@
 
 #include <QApplication>
 #include <QColorDialog>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QInputDialog>
 #include <QMessageBox>
 
 #include "WindowPlacement.h"
@@ -50,4 +53,39 @@ std::optional<QColor> MessageBoxBackend::chooseColor(const QString& title, const
     if (dialog.exec() != QDialog::Accepted || !dialog.selectedColor().isValid())
         return std::nullopt;
     return dialog.selectedColor();
+}
+
+std::optional<DialogService::FileChoice> MessageBoxBackend::chooseFile(const QString& caption, const QString& start,
+                                                                       const QStringList& filters, bool saving)
+{
+    QFileDialog dialog(ownerOfBoxes(), caption);
+    dialog.setNameFilters(filters);
+    dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+    dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    const QFileInfo where(start);
+    if (where.isDir()) {
+        dialog.setDirectory(start);
+    } else {
+        dialog.setDirectory(where.absolutePath());
+        dialog.selectFile(where.fileName());
+    }
+    showInFront(dialog);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    return DialogService::FileChoice{dialog.selectedFiles().constFirst(),
+                                     int(std::max<qsizetype>(0, filters.indexOf(dialog.selectedNameFilter())))};
+}
+
+std::optional<int> MessageBoxBackend::chooseItem(const QString& caption, const QString& label, const QStringList& items)
+{
+    QInputDialog dialog(ownerOfBoxes());
+    dialog.setWindowTitle(caption);
+    dialog.setLabelText(label);
+    dialog.setComboBoxItems(items);
+    dialog.setOption(QInputDialog::UseListViewForComboBoxItems);
+    showInFront(dialog);
+    if (dialog.exec() != QDialog::Accepted)
+        return std::nullopt;
+    const qsizetype index = items.indexOf(dialog.textValue());
+    return index < 0 ? std::nullopt : std::optional<int>(int(index));
 }

@@ -1,0 +1,177 @@
+#include "ListsMenu.h"
+
+#include "ListsTree.h"
+#include "bookmarks/BookmarkFiles.h"
+#include "bookmarks/ListTransfer.h"
+#include "core/DialogService.h"
+#include "core/Globals.h"
+#include "core/TextFile.h"
+#include "widgets/KeyedTree.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QMenu>
+#include <QShortcut>
+
+namespace {
+
+const QStringList kImportFilters = {QStringLiteral("Addresses and bookmarks (*.txt *.html *.htm *.xbel)"),
+                                    QStringLiteral("All files (*)")};
+const QStringList kExportFilters = {QStringLiteral("HTML bookmarks (*.html *.htm)"),
+                                    QStringLiteral("Text, one address a line (*.txt)")};
+
+// Whether a file is read as bookmarks rather than as lines of addresses: by its name.
+bool isBookmarksFile(const QString& path)
+{
+    const QString suffix = QFileInfo(path).suffix().toLower();
+    return suffix == u"html" || suffix == u"htm" || suffix == u"xbel" || suffix == u"json";
+}
+
+// A list's name from a file's: what the list file cannot hold (its delimiter, line ends) goes.
+QString listNameOf(const QString& path)
+{
+    QString name = QFileInfo(path).completeBaseName();
+    name.replace(QStringLiteral("[#@!]"), QStringLiteral(" "));
+    for (QChar& c : name)
+        if (c.unicode() < 0x20 || c.unicode() == 0x7f)
+            c = u' ';
+    name = name.trimmed();
+    return name.isEmpty() ? QStringLiteral("Imported List") : name;
+}
+
+} // namespace
+
+ListsMenu::ListsMenu(KeyedTree* tree, ListsTree* lists) : QObject(tree), m_tree(tree), m_lists(lists)
+{
+    m_menu = new QMenu(tree);
+    m_menu->setObjectName(QStringLiteral("ListsMenu"));
+    m_import = m_menu->addAction(QStringLiteral("Import List..."), this, &ListsMenu::importList);
+    m_import->setObjectName(QStringLiteral("ImportListAction"));
+    m_export = m_menu->addAction(QStringLiteral("Export List..."), this, &ListsMenu::exportList);
+    m_export->setObjectName(QStringLiteral("ExportListAction"));
+    m_menu->addSeparator();
+    m_paste = m_menu->addAction(QStringLiteral("Paste Pages"), this, &ListsMenu::pastePages);
+    m_paste->setObjectName(QStringLiteral("PastePagesAction"));
+    m_paste->setShortcut(QKeySequence::Paste);
+    m_paste->setShortcutContext(Qt::WidgetShortcut); // the key itself is the tree's, below
+    m_paste->setShortcutVisibleInContextMenu(true);
+    auto* paste = new QShortcut(QKeySequence::Paste, tree, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(paste, &QShortcut::activated, this, [this] {
+        auto* node = static_cast<KeyedNode*>(m_tree->currentItem());
+        m_lists->pastePages(node);
+    });
+    connect(tree, &KeyedTree::menuRequested, this, &ListsMenu::showFor);
+}
+
+void ListsMenu::showFor(KeyedNode* node, const QPoint& globalPos)
+{
+    m_targetKey = node ? node->key() : QString();
+    const bool onList = !targetList().isEmpty();
+    m_export->setEnabled(onList);
+    m_paste->setEnabled(onList);
+    m_menu->popup(globalPos);
+}
+
+QString ListsMenu::targetList() const
+{
+    const KeyedNode* node = m_tree->node(m_targetKey);
+    return node ? node->listTag() : QString();
+}
+
+void ListsMenu::importList()
+{
+    const auto file = DialogService::openFile(QStringLiteral("Import List"), QDir::homePath(), kImportFilters);
+    if (file)
+        importListFile(file->path);
+}
+
+QString ListsMenu::importListFile(const QString& path)
+{
+    QList<ListTransfer::Page> pages;
+    if (isBookmarksFile(path)) {
+        const BookmarkRead read = BookmarkFiles::read(path);
+        pages = ListTransfer::pagesOf(read.root);
+        if (!read.ok() && !pages.isEmpty()
+            && !DialogService::question(QStringLiteral("%1 is damaged: %2.\n\nMake a list of the %3 pages read before it?")
+                                            .arg(QDir::toNativeSeparators(path), read.problem)
+                                            .arg(pages.size())))
+            return QString();
+        if (!read.ok() && pages.isEmpty()) {
+            DialogService::message(QStringLiteral("No list was made from %1: %2.")
+                                       .arg(QDir::toNativeSeparators(path), read.problem));
+            return QString();
+        }
+    } else {
+        const TextFile::ReadResult read = TextFile::readBytes(path);
+        if (read.error) {
+            DialogService::message(QStringLiteral("No list was made from %1: %2.")
+                                       .arg(QDir::toNativeSeparators(path), read.error.text()));
+            return QString();
+        }
+        for (const QString& address : ListTransfer::addressesOfText(read.bytes))
+            pages.append({address, address});
+    }
+    if (pages.isEmpty()) {
+        DialogService::message(QStringLiteral("No list was made from %1: it holds no web address.")
+                                   .arg(QDir::toNativeSeparators(path)));
+        return QString();
+    }
+    const QString name = m_lists->addNumberedList(listNameOf(path));
+    if (name.isEmpty())
+        return QString();
+    QList<QPair<QString, QString>> titled;
+    for (const ListTransfer::Page& page : pages)
+        titled.append({page.title.trimmed().isEmpty() ? page.url : page.title, page.url});
+    const ListsTree::Added added = m_lists->addPages(name, titled);
+    if (KeyedNode* list = m_tree->node(name))
+        m_tree->setCurrentItem(list);
+    QString said = QStringLiteral("The list \"%1\" was made with %2 %3.")
+                       .arg(name)
+                       .arg(added.added)
+                       .arg(added.added == 1 ? QStringLiteral("page") : QStringLiteral("pages"));
+    if (added.noRoom)
+        said += u' ' + ListsTree::noRoomText(added.noRoom);
+    DialogService::message(said);
+    return name;
+}
+
+void ListsMenu::exportList()
+{
+    const QString list = targetList();
+    if (list.isEmpty())
+        return;
+    const auto file = DialogService::saveFile(QStringLiteral("Export List"),
+                                              QDir::homePath() + u'/' + list + QStringLiteral(".html"), kExportFilters);
+    if (!file)
+        return;
+    const bool asText = file->filter == 1;
+    QString path = file->path;
+    // The kind chosen in the dialog gives a name without an ending of its own the ending.
+    if (QFileInfo(path).suffix().isEmpty())
+        path += asText ? QStringLiteral(".txt") : QStringLiteral(".html");
+    exportListFile(list, path, asText || QFileInfo(path).suffix().toLower() == u"txt");
+}
+
+bool ListsMenu::exportListFile(const QString& listName, const QString& path, bool asText)
+{
+    QList<ListTransfer::Page> pages;
+    for (const KeyedNode* node : m_tree->nodes())
+        if (node->image() == KeyedTree::Page && node->listTag() == listName)
+            pages.append({node->nodeText(), node->tag()});
+    const QByteArray bytes = asText ? ListTransfer::asText(pages)
+                                    : BookmarkFiles::write(ListTransfer::asBookmarks(listName, pages),
+                                                           BookmarkFiles::Format::Html);
+    if (const RunError error = TextFile::writeAtomically(path, bytes)) {
+        DialogService::message(QStringLiteral("The list could not be exported to %1: %2.")
+                                   .arg(QDir::toNativeSeparators(path), error.text()));
+        return false;
+    }
+    return true;
+}
+
+void ListsMenu::pastePages()
+{
+    m_lists->pastePages(m_tree->node(m_targetKey));
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+
+class KeyedNode;
+class KeyedTree;
+class ListsTree;
+class QAction;
+class QMenu;
+
+// The lists tree's menu (right click, the Menu key or Shift+F10): "Import List..." makes a new list
+// from a text file of addresses or a bookmarks file, "Export List..." writes a list out as an HTML
+// bookmarks file or a text file of addresses, "Paste Pages" (also Ctrl+V on the tree) adds the web
+// addresses the clipboard holds to a list.
+class ListsMenu : public QObject
+{
+    Q_OBJECT
+
+public:
+    ListsMenu(KeyedTree* tree, ListsTree* lists);
+
+    QMenu* menu() const { return m_menu; }
+    QAction* importAction() const { return m_import; }
+    QAction* exportAction() const { return m_export; }
+    QAction* pasteAction() const { return m_paste; }
+
+    // Opens the menu for `node` (a list, a page of it, or none) at `globalPos`.
+    void showFor(KeyedNode* node, const QPoint& globalPos);
+
+    // What the entries do, for the node the menu was opened for.
+    void importList();
+    void exportList();
+    void pastePages();
+
+    // Makes a list named after the file from its addresses; the list's name, or "" when none was
+    // made (what went wrong has been said).
+    QString importListFile(const QString& path);
+    // Writes the list's pages to `path`: as text (one address a line) or as an HTML bookmarks file.
+    bool exportListFile(const QString& listName, const QString& path, bool asText);
+
+private:
+    // The list the menu was opened for: the list's own node or a page's list; "" for none.
+    QString targetList() const;
+
+    KeyedTree* m_tree;
+    ListsTree* m_lists;
+    QMenu* m_menu;
+    QAction* m_import;
+    QAction* m_export;
+    QAction* m_paste;
+    QString m_targetKey; // the key of the node the menu was opened for
+};
