@@ -24,6 +24,17 @@ public:
         calls << "color:" + title + ":" + initial.name();
         return color;
     }
+    std::optional<DialogService::FileChoice> chooseFile(const QString& caption, const QString& start,
+                                                        const QStringList& filters, bool saving) override
+    {
+        calls << QStringLiteral("file:%1:%2:%3:%4").arg(caption, start, filters.join(u'|'), saving ? "save" : "open");
+        return DialogService::FileChoice{"/chosen", 1};
+    }
+    std::optional<int> chooseItem(const QString& caption, const QString& label, const QStringList& items) override
+    {
+        calls << "item:" + caption + ":" + label + ":" + items.join(u'|');
+        return 2;
+    }
 };
 } // namespace
 
@@ -74,6 +85,36 @@ private slots:
         DialogService::setNextColor(std::nullopt);
         QCOMPARE(DialogService::chooseColor(Qt::red), std::optional<QColor>(QColor(Qt::green)));
         QVERIFY(!DialogService::chooseColor(Qt::red));
+    }
+    void filesAndItemsGoToTheBackendOrTheQueue()
+    {
+        // Without a backend nothing is chosen.
+        QVERIFY(!DialogService::openFile("Open", "/home", {"A (*.a)"}));
+        QVERIFY(!DialogService::chooseItem("Pick", "Which:", {"x", "y"}));
+        RecordingBackend backend;
+        DialogService::setBackend(&backend);
+        const auto opened = DialogService::openFile("Import", "/home", {"A (*.a)", "All (*)"});
+        QVERIFY(opened);
+        QCOMPARE(opened->path, QStringLiteral("/chosen"));
+        QCOMPARE(opened->filter, 1);
+        QVERIFY(DialogService::saveFile("Export", "/home/x.html", {"H (*.html)"}));
+        QCOMPARE(DialogService::chooseItem("Pick", "Which:", {"x", "y", "z"}), std::optional<int>(2));
+        QCOMPARE(backend.calls, (QStringList{"file:Import:/home:A (*.a)|All (*):open", "file:Export:/home/x.html:H (*.html):save",
+                                             "item:Pick:Which::x|y|z"}));
+        // Queued choices stand for the dialogs, in order; the captions and the items offered are kept.
+        DialogService::setNextFile(DialogService::FileChoice{"/queued", 0});
+        DialogService::setNextFile(std::nullopt);
+        DialogService::setNextItem(std::nullopt);
+        QCOMPARE(DialogService::saveFile("Save it", "/", {})->path, QStringLiteral("/queued"));
+        QVERIFY(!DialogService::openFile("Open it", "/", {}));
+        QVERIFY(!DialogService::chooseItem("Pick", "Which:", {"p", "q"}));
+        QCOMPARE(backend.calls.size(), 3);
+        QCOMPARE(DialogService::fileCaptions(), (QStringList{"Open", "Import", "Export", "Save it", "Open it"}));
+        QCOMPARE(DialogService::offeredItems(), (QStringList{"p", "q"}));
+        DialogService::clearShown();
+        QVERIFY(DialogService::fileCaptions().isEmpty());
+        QVERIFY(DialogService::offeredItems().isEmpty());
+        DialogService::setBackend(nullptr);
     }
     void clearShownForgetsTexts()
     {
