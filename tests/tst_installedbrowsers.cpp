@@ -46,7 +46,7 @@ private slots:
              "[Install4F96D1932A9F858E]\nDefault=xyz789.default-release\nLocked=1\n");
         make(".mozilla/firefox/abc123.default/places.sqlite");
         make(".mozilla/firefox/xyz789.default-release/places.sqlite");
-        make("elsewhere/");
+        make("elsewhere/places.sqlite");
         const QList<InstalledBrowsers::Profile> found = InstalledBrowsers::find(home(), config());
         QCOMPARE(labels(found), (QStringList{"Firefox - default-release (in use)", "Firefox - default",
                                              "Firefox - elsewhere"}));
@@ -57,10 +57,13 @@ private slots:
     {
         make(".config/mozilla/firefox/profiles.ini",
              "[Profile0]\nName=mine\nIsRelative=1\nPath=m.mine\nDefault=1\n[Profile1]\nName=other\nPath=o.other\n");
-        make(".config/mozilla/firefox/m.mine/");
-        make(".config/mozilla/firefox/o.other/");
+        make(".config/mozilla/firefox/m.mine/places.sqlite");
+        make(".config/mozilla/firefox/o.other/places.sqlite");
         QCOMPARE(labels(InstalledBrowsers::find(home(), config())),
                  (QStringList{"Firefox - mine (in use)", "Firefox - other"}));
+        // A profile Firefox made but never started holds no bookmarks: it is not offered.
+        QVERIFY(QFile::remove(m_home().filePath(".config/mozilla/firefox/o.other/places.sqlite")));
+        QCOMPARE(labels(InstalledBrowsers::find(home(), config())), QStringList{"Firefox - mine (in use)"});
     }
     void chromiumFamilyProfilesByTheirNames()
     {

@@ -49,8 +49,9 @@ void findFirefox(const QString& folder, QList<Profile>& found, QStringList& seen
                                             : (installed.contains(relative) || installed.contains(profile.folder));
     }
     std::stable_partition(profiles.begin(), profiles.end(), [](const Profile& p) { return p.inUse; });
+    // A profile never started (Firefox makes one it does not use) has no bookmarks to offer.
     for (const Profile& profile : profiles)
-        if (!seen.contains(profile.folder) && QFileInfo(profile.folder).isDir()) {
+        if (!seen.contains(profile.folder) && QFileInfo::exists(profile.bookmarksFile())) {
             seen << profile.folder;
             found << profile;
         }

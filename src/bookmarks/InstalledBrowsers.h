@@ -5,7 +5,8 @@
 
 // The browsers installed for the user whose bookmarks Vantrel can bring in, each profile by name:
 // Firefox (and Firefox ESR, which shares its folder) from its profiles.ini, under ~/.mozilla/firefox
-// or, in recent versions, $XDG_CONFIG_HOME/mozilla/firefox; Chromium, Google Chrome, Brave, Vivaldi
+// or, in recent versions, $XDG_CONFIG_HOME/mozilla/firefox, each profile that holds a places.sqlite
+// (Firefox makes profiles it never starts); Chromium, Google Chrome, Brave, Vivaldi
 // and Microsoft Edge from their folders in $XDG_CONFIG_HOME, each profile folder that holds a
 // Bookmarks file.
 namespace InstalledBrowsers {

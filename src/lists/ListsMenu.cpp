@@ -125,8 +125,10 @@ QString ListsMenu::importListFile(const QString& path)
     for (const ListTransfer::Page& page : pages)
         titled.append({page.title.trimmed().isEmpty() ? page.url : page.title, page.url});
     const ListsTree::Added added = m_lists->addPages(name, titled);
-    if (KeyedNode* list = m_tree->node(name))
+    if (KeyedNode* list = m_tree->node(name)) {
+        list->setExpanded(true);
         m_tree->setCurrentItem(list);
+    }
     QString said = QStringLiteral("The list \"%1\" was made with %2 %3.")
                        .arg(name)
                        .arg(added.added)
