@@ -53,6 +53,20 @@ private:
     }
 };
 
+// Text from a file that can hold half of a surrogate pair where no character can stand (JSON's
+// "\ud800", a database kept in UTF-16): each half becomes the replacement character, as a damaged
+// byte of UTF-8 does, so that the name can be written to any file.
+inline QString wholeCharacters(QString text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate())
+            ++i;
+        else if (text[i].isSurrogate())
+            text[i] = QChar::ReplacementCharacter;
+    }
+    return text;
+}
+
 // Copying, comparing and freeing the tree go down it one call per level, so a file that nests
 // its folders deeper than any browser would (a damaged or hostile one) could use up the stack.
 // Readers stop at this depth, with a problem, keeping what they read above it.

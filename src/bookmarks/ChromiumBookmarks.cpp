@@ -9,19 +9,10 @@ namespace ChromiumBookmarks {
 
 namespace {
 
-// The text of a JSON string. JSON can write half of a surrogate pair ("\ud800") where no
-// character can stand; it becomes the replacement character, as a damaged byte of UTF-8 does, so
-// that the name can be written to any file.
+// The text of a JSON string, in whole characters.
 QString text(const QJsonValue& value)
 {
-    QString out = value.toString();
-    for (qsizetype i = 0; i < out.size(); ++i) {
-        if (out[i].isHighSurrogate() && i + 1 < out.size() && out[i + 1].isLowSurrogate())
-            ++i;
-        else if (out[i].isSurrogate())
-            out[i] = QChar::ReplacementCharacter;
-    }
-    return out;
+    return wholeCharacters(value.toString());
 }
 
 // Adds the bookmarks and folders under the JSON folder `node` to `folder`. The JSON parser refuses

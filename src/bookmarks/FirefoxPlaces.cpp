@@ -58,19 +58,10 @@ struct Item
     QString url;
 };
 
-// The text of a column. A database kept in UTF-16 can hold half of a surrogate pair where no
-// character can stand; it becomes the replacement character, as a damaged byte of UTF-8 does, so
-// that the name can be written to any file.
+// The text of a column, in whole characters.
 QString text(const QVariant& value)
 {
-    QString out = value.toString();
-    for (qsizetype i = 0; i < out.size(); ++i) {
-        if (out[i].isHighSurrogate() && i + 1 < out.size() && out[i + 1].isLowSurrogate())
-            ++i;
-        else if (out[i].isSurrogate())
-            out[i] = QChar::ReplacementCharacter;
-    }
-    return out;
+    return wholeCharacters(value.toString());
 }
 
 // What the database said went wrong, as the end of a sentence.
