@@ -1,5 +1,6 @@
 #include "FavoritesImport.h"
 
+#include "core/Counted.h"
 #include "core/FileName.h"
 #include "core/ProfileString.h"
 #include "favorites/ShortcutFile.h"
@@ -126,9 +127,6 @@ private:
 
 QString ImportSummary::text() const
 {
-    const auto counted = [](int n, const char* one, const char* many) {
-        return QStringLiteral("%1 %2").arg(n).arg(QLatin1String(n == 1 ? one : many));
-    };
     QStringList parts;
     parts << counted(folders, "folder made", "folders made");
     parts << counted(written, "shortcut written", "shortcuts written") +

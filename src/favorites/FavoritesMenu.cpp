@@ -4,6 +4,7 @@
 #include "bookmarks/BookmarkFiles.h"
 #include "bookmarks/FavoritesExport.h"
 #include "bookmarks/InstalledBrowsers.h"
+#include "core/Counted.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/Startup.h"
@@ -17,6 +18,7 @@
 #include <QFileInfo>
 #include <QMenu>
 #include <QProgressDialog>
+#include <QStandardPaths>
 
 namespace {
 
@@ -28,17 +30,6 @@ const QStringList kExportFilters = {
     QStringLiteral("HTML bookmarks (*.html *.htm)"),
     QStringLiteral("XBEL bookmarks (*.xbel)"),
 };
-
-QString counted(qsizetype n, const char* one, const char* many)
-{
-    return QStringLiteral("%1 %2").arg(n).arg(QLatin1String(n == 1 ? one : many));
-}
-
-QString configHome()
-{
-    const QString config = qEnvironmentVariable("XDG_CONFIG_HOME");
-    return config.isEmpty() || !QDir::isAbsolutePath(config) ? QDir::homePath() + QStringLiteral("/.config") : config;
-}
 
 } // namespace
 
@@ -72,7 +63,8 @@ void FavoritesMenu::importFile()
 
 void FavoritesMenu::importFromBrowser()
 {
-    const QList<InstalledBrowsers::Profile> profiles = InstalledBrowsers::find(QDir::homePath(), configHome());
+    const QList<InstalledBrowsers::Profile> profiles = InstalledBrowsers::find(
+        QDir::homePath(), QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation));
     if (profiles.isEmpty()) {
         DialogService::message(QStringLiteral("No browser profile with bookmarks was found for you: Vantrel "
                                               "looks for Firefox, Chromium, Google Chrome, Brave, Vivaldi and "

@@ -3,6 +3,7 @@
 #include "ListsTree.h"
 #include "bookmarks/BookmarkFiles.h"
 #include "bookmarks/ListTransfer.h"
+#include "core/Counted.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/TextFile.h"
@@ -111,7 +112,7 @@ QString ListsMenu::importListFile(const QString& path)
             return QString();
         }
         for (const QString& address : ListTransfer::addressesOfText(read.bytes))
-            pages.append({address, address});
+            pages.append({QString(), address});
     }
     if (pages.isEmpty()) {
         DialogService::message(QStringLiteral("No list was made from %1: it holds no web address.")
@@ -121,18 +122,13 @@ QString ListsMenu::importListFile(const QString& path)
     const QString name = m_lists->addNumberedList(listNameOf(path));
     if (name.isEmpty())
         return QString();
-    QList<QPair<QString, QString>> titled;
-    for (const ListTransfer::Page& page : pages)
-        titled.append({page.title.trimmed().isEmpty() ? page.url : page.title, page.url});
-    const ListsTree::Added added = m_lists->addPages(name, titled);
+    const ListsTree::Added added = m_lists->addPages(name, pages);
     if (KeyedNode* list = m_tree->node(name)) {
         list->setExpanded(true);
         m_tree->setCurrentItem(list);
     }
-    QString said = QStringLiteral("The list \"%1\" was made with %2 %3.")
-                       .arg(name)
-                       .arg(added.added)
-                       .arg(added.added == 1 ? QStringLiteral("page") : QStringLiteral("pages"));
+    QString said =
+        QStringLiteral("The list \"%1\" was made with %2.").arg(name, counted(added.added, "page", "pages"));
     if (added.noRoom)
         said += u' ' + ListsTree::noRoomText(added.noRoom);
     DialogService::message(said);

@@ -1,6 +1,5 @@
 #include "ListsTree.h"
 
-#include "bookmarks/ListTransfer.h"
 #include "browser/SurfPanel.h"
 #include "browser/Vantrel1.h"
 #include "core/DialogService.h"
@@ -97,7 +96,7 @@ QString ListsTree::addNumberedList(const QString& base)
     return QString();
 }
 
-ListsTree::Added ListsTree::addPages(const QString& listName, const QList<QPair<QString, QString>>& pages)
+ListsTree::Added ListsTree::addPages(const QString& listName, const QList<ListTransfer::Page>& pages)
 {
     Added result;
     for (const auto& [title, url] : pages) {
@@ -109,7 +108,8 @@ ListsTree::Added ListsTree::addPages(const QString& listName, const QList<QPair<
             ++result.noRoom; // the list file holds no more records
             continue;
         }
-        if (PageTree::addPage(m_tree, listName, title, url))
+        // A page without a title of its own is shown by its address.
+        if (PageTree::addPage(m_tree, listName, title.trimmed().isEmpty() ? url : title, url))
             ++result.added;
     }
     if (result.added)
@@ -126,10 +126,9 @@ QString ListsTree::noRoomText(int pages)
 
 void ListsTree::addAddresses(const QString& listName, const QStringList& addresses)
 {
-    // Pasted and dropped addresses come without titles: the address stands for the title.
-    QList<QPair<QString, QString>> pages;
+    QList<ListTransfer::Page> pages; // pasted and dropped addresses come without titles
     for (const QString& address : addresses)
-        pages.append({address, address});
+        pages.append({QString(), address});
     const Added added = addPages(listName, pages);
     if (added.noRoom)
         DialogService::message(noRoomText(added.noRoom));

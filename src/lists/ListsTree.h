@@ -1,5 +1,7 @@
 #pragma once
 
+#include "bookmarks/ListTransfer.h"
+
 #include <QObject>
 #include <QStringList>
 
@@ -41,8 +43,9 @@ public:
         int alreadyThere = 0;
         int noRoom = 0; // the lists hold at most kListCapacity - 1 lists and pages together
     };
-    // Adds the pages (title, address) to the list `listName`; ListsChanged when any was added.
-    Added addPages(const QString& listName, const QList<QPair<QString, QString>>& pages);
+    // Adds the pages to the list `listName`, a page without a title under its address;
+    // ListsChanged when any was added.
+    Added addPages(const QString& listName, const QList<ListTransfer::Page>& pages);
     // Adds every web address in the clipboard's text to the list of `node` (a list, or a page of it).
     // Said plainly when there is no list or no address.
     void pastePages(KeyedNode* node);
