@@ -55,15 +55,12 @@ class TestFavoritesMenu : public QObject
     }
     void openMenuOn(const QString& key)
     {
-        const QPoint pos = key.isEmpty() ? QPoint(5, tree()->viewport()->height() - 3) : treePointOf(tree(), key);
-        QContextMenuEvent event(QContextMenuEvent::Mouse, pos, tree()->viewport()->mapToGlobal(pos));
-        QApplication::sendEvent(tree()->viewport(), &event);
+        rightClickTree(tree(), key);
         QTRY_VERIFY(menu()->menu()->isVisible());
     }
     void choose(QAction* action)
     {
-        menu()->menu()->hide();
-        action->trigger();
+        chooseFromMenu(menu()->menu(), action);
     }
     // The Favorites folder as "folder/name -> address" lines, sorted.
     QStringList listing()

@@ -14,7 +14,6 @@
 #include <QAction>
 #include <QClipboard>
 #include <QComboBox>
-#include <QContextMenuEvent>
 #include <QMenu>
 #include <QMimeData>
 #include <QTest>
@@ -54,16 +53,13 @@ class TestListsMenu : public QObject
     // The menu as the user opens it on `key` (none: on empty space) with the mouse.
     void openMenuOn(const QString& key)
     {
-        const QPoint pos = key.isEmpty() ? QPoint(5, tree()->viewport()->height() - 3) : treePointOf(tree(), key);
-        QContextMenuEvent event(QContextMenuEvent::Mouse, pos, tree()->viewport()->mapToGlobal(pos));
-        QApplication::sendEvent(tree()->viewport(), &event);
+        rightClickTree(tree(), key);
         QTRY_VERIFY(menu()->menu()->isVisible());
     }
     void choose(QAction* action)
     {
         QVERIFY(action->isEnabled());
-        menu()->menu()->hide();
-        action->trigger();
+        chooseFromMenu(menu()->menu(), action);
     }
     QStringList pagesOf(const QString& list)
     {

@@ -6,10 +6,13 @@
 #include "core/TextFile.h"
 #include "widgets/KeyedTree.h"
 
+#include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QDir>
 #include <QDropEvent>
 #include <QFile>
+#include <QMenu>
 
 #include <csignal>
 #include <sys/stat.h>
@@ -162,4 +165,17 @@ QPoint treePointOf(KeyedTree* tree, const QString& key)
     if (node->parent())
         node->parent()->setExpanded(true);
     return tree->visualItemRect(node).center();
+}
+
+void rightClickTree(KeyedTree* tree, const QString& key)
+{
+    const QPoint pos = key.isEmpty() ? QPoint(5, tree->viewport()->height() - 3) : treePointOf(tree, key);
+    QContextMenuEvent event(QContextMenuEvent::Mouse, pos, tree->viewport()->mapToGlobal(pos));
+    QApplication::sendEvent(tree->viewport(), &event);
+}
+
+void chooseFromMenu(QMenu* menu, QAction* action)
+{
+    menu->hide();
+    action->trigger();
 }

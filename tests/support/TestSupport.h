@@ -100,12 +100,19 @@ public slots:
 };
 
 class KeyedTree;
+class QAction;
+class QMenu;
 
 // The keys of a tree's nodes in their index order.
 QStringList treeKeys(const KeyedTree* tree);
 // The middle of a node's row in the tree's viewport (its parent opened first); a null point when
 // there is no such node.
 QPoint treePointOf(KeyedTree* tree, const QString& key);
+// Asks for the tree's menu as a right click on the node `key` does (an empty key: on the empty
+// space at the bottom of the tree).
+void rightClickTree(KeyedTree* tree, const QString& key);
+// Chooses a menu's entry as a click on it does: the menu closes, then the entry acts.
+void chooseFromMenu(QMenu* menu, QAction* action);
 
 // Delivers a drop of `data` at `pos` to `target` as a real drag does: enter, move, drop.
 // True when the drop was accepted.
