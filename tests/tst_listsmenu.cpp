@@ -151,6 +151,14 @@ private slots:
         // A page without a title is shown by its address.
         QCOMPARE(tree()->node("https://hotel.example//trip")->nodeText(), QStringLiteral("https://hotel.example/"));
     }
+    void aListNameKeepsNothingTheListFileCannotHold()
+    {
+        start("Work[#@!] [#@!] \r\n");
+        QVERIFY(writeAll(file("Trips[#@!]2026\tsummer.txt"), "https://a.example/\n"));
+        QCOMPARE(menu()->importListFile(file("Trips[#@!]2026\tsummer.txt")), QStringLiteral("Trips 2026 summer"));
+        lists()->SaveListBtn_Click();
+        QVERIFY(readAll(m_app->file("DefaultList.NLS")).contains("Trips 2026 summer[#@!]https://a.example/[#@!]https://a.example/\r\n"));
+    }
     void aFileWithoutAddressesMakesNoList()
     {
         start("Work[#@!] [#@!] \r\n");
