@@ -7,7 +7,7 @@
 #include "bookmarks/FavoritesExport.h"
 #include "bookmarks/FavoritesImport.h"
 #include "bookmarks/NetscapeBookmarks.h"
-#include "favorites/ShortcutFile.h"
+#include "shortcuts/ShortcutFile.h"
 
 #include <QDir>
 #include <QDirIterator>

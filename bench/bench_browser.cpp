@@ -3,9 +3,9 @@
 #include "BenchSupport.h"
 #include "browser/BrowserEngine.h"
 #include "browser/BrowserProfile.h"
-#include "browser/Vantrel1.h"
+#include "mainwindow/Vantrel1.h"
 #include "browser/WebBrowserWindow.h"
-#include "browser/WebForm1.h"
+#include "verbs/WebForm1.h"
 #include "core/Globals.h"
 
 #include <QApplication>

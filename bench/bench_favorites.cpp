@@ -3,7 +3,7 @@
 // a warm cache; and the peak memory of the process.
 #include "BenchSupport.h"
 #include "browser/BrowserEngine.h"
-#include "browser/Vantrel1.h"
+#include "mainwindow/Vantrel1.h"
 #include "core/Globals.h"
 #include "favorites/FavoritesTree.h"
 #include "widgets/KeyedTree.h"

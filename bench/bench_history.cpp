@@ -2,7 +2,7 @@
 // time), saving the full tree, and building it again at start-up from the file.
 #include "BenchSupport.h"
 #include "browser/BrowserEngine.h"
-#include "browser/Vantrel1.h"
+#include "mainwindow/Vantrel1.h"
 #include "core/Globals.h"
 #include "core/HistoryFile.h"
 #include "core/ListFile.h"

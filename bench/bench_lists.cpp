@@ -2,7 +2,8 @@
 // back, building a run list of 251 pages, and Timer1's tick while a run waits.
 #include "BenchSupport.h"
 #include "browser/BrowserEngine.h"
-#include "browser/Vantrel1.h"
+#include "mainwindow/Vantrel1.h"
+#include "verbs/ListRun.h"
 #include "core/Globals.h"
 #include "core/ListFile.h"
 #include "lists/ListsPanel.h"

@@ -11,14 +11,14 @@
 //     window.
 #include "BenchSupport.h"
 #include "LocalHttpServer.h"
-#include "additions/VantrelConf.h"
+#include "settings/VantrelConf.h"
 #include "browser/BrowserEngine.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserProfile.h"
-#include "browser/SurfPanel.h"
-#include "browser/Vantrel1.h"
+#include "surf/SurfPanel.h"
+#include "mainwindow/Vantrel1.h"
 #include "browser/WebBrowserWindow.h"
-#include "browser/WebForm1.h"
+#include "verbs/WebForm1.h"
 #include "core/Clock.h"
 #include "core/Globals.h"
 #include "core/ListFile.h"
@@ -249,9 +249,9 @@ void runStepInWindowOne(Vantrel1& main, const QString& url)
     g.NextRunItem = 1;
     g.WindowIndex = 1;
     g.CurrentUrl = url;
-    main.surf()->RunNavigating = true;
+    main.webForm()->RunNavigating = true;
     main.NewBtnAction(false);
-    main.surf()->RunNavigating = false;
+    main.webForm()->RunNavigating = false;
 }
 
 QByteArray soakList()

@@ -1,4 +1,4 @@
-#include "additions/SessionFile.h"
+#include "session/SessionFile.h"
 #include "core/Globals.h"
 
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "FuzzInput.h"
 #include "core/ProfileString.h"
-#include "favorites/ShortcutFile.h"
+#include "shortcuts/ShortcutFile.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #include "browser/BrowserEngine.h"
-#include "browser/EntryProcedure.h"
-#include "browser/Vantrel1.h"
+#include "mainwindow/EntryProcedure.h"
+#include "mainwindow/Vantrel1.h"
 #include "core/PlatformChoice.h"
 #include "widgets/MessageBoxBackend.h"
 

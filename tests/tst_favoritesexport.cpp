@@ -4,7 +4,7 @@
 #include "bookmarks/NetscapeBookmarks.h"
 #include "bookmarks/XbelBookmarks.h"
 #include "core/ProfileString.h"
-#include "favorites/ShortcutFile.h"
+#include "shortcuts/ShortcutFile.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -2,7 +2,7 @@
 #include "bookmarks/FavoritesImport.h"
 #include "bookmarks/NetscapeBookmarks.h"
 #include "core/Globals.h"
-#include "favorites/ShortcutFile.h"
+#include "shortcuts/ShortcutFile.h"
 
 #include <QDir>
 #include <QFile>

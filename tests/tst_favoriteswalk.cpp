@@ -1,5 +1,5 @@
 #include "TestSupport.h"
-#include "favorites/FavoritesWalk.h"
+#include "shortcuts/FavoritesWalk.h"
 
 #include <QDir>
 #include <QFile>

@@ -1,4 +1,4 @@
-#include "additions/KeptPages.h"
+#include "watch/KeptPages.h"
 
 #include <QTest>
 

@@ -1,4 +1,4 @@
-#include "additions/PageRecovery.h"
+#include "watch/PageRecovery.h"
 
 #include <QTest>
 

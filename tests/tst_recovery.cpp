@@ -1,6 +1,7 @@
 #include "RealBrowserTest.h"
-#include "additions/WindowRecovery.h"
-#include "additions/WindowStates.h"
+#include "watch/WindowRecovery.h"
+#include "surf/SurfPanel.h"
+#include "surf/WindowStates.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserPage.h"
 
@@ -74,7 +75,7 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(row(1)->text(), QStringLiteral("Late Page"), kLoadTimeoutMs);
         QVERIFY(m_completed.contains(url));
         QVERIFY(log().filter(" retry: window 1 " + url).size() >= 1);
-        QTRY_COMPARE(m_main->webForm()->recovery()->states()->badge(1)->toolTip(), QStringLiteral("Shown"));
+        QTRY_COMPARE(m_main->surf()->states()->badge(1)->toolTip(), QStringLiteral("Shown"));
     }
 };
 

@@ -1,7 +1,7 @@
 #include "TestSupport.h"
-#include "additions/EventLog.h"
-#include "additions/SessionFile.h"
-#include "additions/SessionKeeper.h"
+#include "watch/EventLog.h"
+#include "session/SessionFile.h"
+#include "session/SessionKeeper.h"
 #include "core/Clock.h"
 
 #include <QDir>

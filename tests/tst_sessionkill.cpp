@@ -1,7 +1,7 @@
 #include "LocalHttpServer.h"
 #include "TestSupport.h"
-#include "additions/SessionFile.h"
-#include "additions/SessionKeeper.h"
+#include "session/SessionFile.h"
+#include "session/SessionKeeper.h"
 
 #include <QDir>
 #include <QJsonArray>

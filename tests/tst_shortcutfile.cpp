@@ -1,6 +1,6 @@
 #include "TestSupport.h"
 #include "core/Globals.h"
-#include "favorites/ShortcutFile.h"
+#include "shortcuts/ShortcutFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
 #include "RealBrowserTest.h"
-#include "additions/VantrelConf.h"
+#include "settings/VantrelConf.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserPage.h"
 #include "history/HistoryPanel.h"
@@ -22,9 +22,9 @@ class TestTimedBrowsing : public RealBrowserTest
         g.RunListRunning = true;
         g.WindowIndex = 1;
         g.CurrentUrl = url;
-        m_main->surf()->RunNavigating = true;
+        m_main->webForm()->RunNavigating = true;
         m_main->NewBtnAction(false);
-        m_main->surf()->RunNavigating = false;
+        m_main->webForm()->RunNavigating = false;
     }
     QString shownUrl() { return window(1)->frame()->view()->page()->url().toString(); }
 

@@ -1,6 +1,6 @@
 #include "TestSupport.h"
-#include "additions/EventLog.h"
-#include "additions/VantrelConf.h"
+#include "watch/EventLog.h"
+#include "settings/VantrelConf.h"
 #include "core/Clock.h"
 #include "core/Globals.h"
 

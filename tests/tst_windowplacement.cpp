@@ -2,7 +2,7 @@
 #include "TestSupport.h"
 #include "about/About1.h"
 #include "about/HelpWindow.h"
-#include "browser/Vantrel1.h"
+#include "mainwindow/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "lists/ListsPanel.h"

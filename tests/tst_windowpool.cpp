@@ -1,8 +1,9 @@
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
-#include "browser/SurfPanel.h"
-#include "browser/Vantrel1.h"
-#include "browser/WebForm1.h"
+#include "surf/SurfPanel.h"
+#include "mainwindow/Vantrel1.h"
+#include "verbs/Verbs.h"
+#include "verbs/WebForm1.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -322,14 +323,14 @@ private slots:
         openEight();
         g.RunListRunning = true;
         g.RunListMulti = true;
-        surf()->RunNavigating = true;
+        m_main->webForm()->RunNavigating = true;
         QList<int> visited;
         for (int i = 0; i < 9; ++i) {
             g.CurrentUrl = QString("https://run%1.example/").arg(i);
             m_main->NewBtnAction(true);
             visited << g.WindowIndex;
         }
-        surf()->RunNavigating = false;
+        m_main->webForm()->RunNavigating = false;
         QCOMPARE(visited, (QList<int>{1, 2, 3, 4, 5, 6, 7, 8, 1}));
         QCOMPARE(window(1)->navigations.last(), QStringLiteral("https://run8.example/"));
         QVERIFY(DialogService::shownTexts().isEmpty());
@@ -340,11 +341,11 @@ private slots:
         g.RunListRunning = true;
         g.RunListMulti = true;
         g.RunListLoop = true;
-        QSignalSpy reset(surf(), &SurfPanel::runPositionResetRequested);
-        surf()->RunNavigating = true;
+        m_main->verbs()->run().RunPos = 5;
+        m_main->webForm()->RunNavigating = true;
         m_main->NewBtnAction(true);
-        surf()->RunNavigating = false;
-        QCOMPARE(reset.size(), 1);
+        m_main->webForm()->RunNavigating = false;
+        QCOMPARE(m_main->verbs()->run().RunPos, 0);
         QVERIFY(!g.RunListMulti);
     }
     void oneWindowRunUsesItsOwnSlot()

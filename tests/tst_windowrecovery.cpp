@@ -1,11 +1,11 @@
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
-#include "additions/VantrelConf.h"
-#include "additions/WindowRecovery.h"
-#include "additions/WindowStates.h"
-#include "browser/SurfPanel.h"
-#include "browser/Vantrel1.h"
-#include "browser/WebForm1.h"
+#include "settings/VantrelConf.h"
+#include "watch/WindowRecovery.h"
+#include "surf/WindowStates.h"
+#include "surf/SurfPanel.h"
+#include "mainwindow/Vantrel1.h"
+#include "verbs/WebForm1.h"
 #include "core/Clock.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
@@ -47,7 +47,7 @@ class TestWindowRecovery : public QObject
         }
         return at;
     }
-    QLabel* badge(int slot) { return m_main->webForm()->recovery()->states()->badge(slot); }
+    QLabel* badge(int slot) { return m_main->surf()->states()->badge(slot); }
     QStringList logLines()
     {
         QStringList lines;

@@ -1,9 +1,9 @@
 #include "About1.h"
 
 #include "SystemInfo.h"
-#include "browser/ApplyColors.h"
-#include "browser/Vantrel1.h"
-#include "browser/WebForm1.h"
+#include "widgets/WindowColors.h"
+#include "mainwindow/Vantrel1.h"
+#include "verbs/WebForm1.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
 

@@ -1,8 +1,8 @@
 #include "FavoritesExport.h"
 
 #include "core/ProfileString.h"
-#include "favorites/FavoritesWalk.h"
-#include "favorites/ShortcutFile.h"
+#include "shortcuts/FavoritesWalk.h"
+#include "shortcuts/ShortcutFile.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -3,7 +3,7 @@
 #include "core/Counted.h"
 #include "core/FileName.h"
 #include "core/ProfileString.h"
-#include "favorites/ShortcutFile.h"
+#include "shortcuts/ShortcutFile.h"
 
 #include <QDir>
 #include <QFileInfo>

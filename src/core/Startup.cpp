@@ -7,7 +7,6 @@
 #include "ListFile.h"
 #include "OptionsFile.h"
 #include "TextFile.h"
-#include "additions/SessionFile.h"
 
 #include <QDir>
 #include <QFile>
@@ -88,7 +87,7 @@ void TidyProgramFolder()
     // A save cut short (the power went, the program was killed) leaves its temporary file beside
     // the file it was to replace; the next start has no use for it.
     static const QList<QByteArray> dataFiles = {kButtonFileName, kListFileName,    kHistoryFileName,
-                                                kOptionsFileName, kColorsFileName, SessionFile::kFileName};
+                                                kOptionsFileName, kColorsFileName, kSessionFileName};
     TextFile::removeLeftovers(folder, [](const QByteArray& name) { return dataFiles.contains(name); });
     const QString profile = QDir(folder).filePath(QString::fromLatin1(kBrowserFolderName));
     if (QFileInfo(profile).isDir())

@@ -27,6 +27,10 @@ void ResolveAppPath(const QString& programFileName = QStringLiteral("vantrel"));
 // The browser profile's folder (cookies, logins, visited links) in the program folder.
 inline constexpr char kBrowserFolderName[] = "Browser";
 
+// The session kept for the start after a crash, beside the data files; its reader and writer live
+// with the session, but the start tidies its cut-short saves with the others.
+inline constexpr char kSessionFileName[] = "Session.INI";
+
 // Tidies the program folder before anything is read: removes the temporary files that interrupted
 // saves of the five data files left there, and makes the browser profile's folder private to the
 // user again when it exists.

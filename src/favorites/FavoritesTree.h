@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FavoritesWalk.h"
+#include "shortcuts/FavoritesWalk.h"
 
 #include <QObject>
 #include <QStringList>

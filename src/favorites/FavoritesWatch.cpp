@@ -1,7 +1,7 @@
 #include "FavoritesWatch.h"
 
 #include "FavoritesTree.h"
-#include "additions/VantrelConf.h"
+#include "settings/VantrelConf.h"
 #include "core/Globals.h"
 #include "widgets/KeyedTree.h"
 

@@ -2,8 +2,8 @@
 
 #include "FavoritesTree.h"
 #include "ShellServices.h"
-#include "ShortcutFile.h"
-#include "browser/Vantrel1.h"
+#include "shortcuts/ShortcutFile.h"
+#include "mainwindow/Vantrel1.h"
 #include "core/ButtonFile.h"
 #include "core/Globals.h"
 #include "core/PageText.h"

@@ -1,6 +1,6 @@
 #include "ShellServices.h"
 
-#include "FreedesktopTrash.h"
+#include "shortcuts/FreedesktopTrash.h"
 #include "core/FileName.h"
 
 #include <QApplication>

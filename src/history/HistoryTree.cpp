@@ -1,7 +1,7 @@
 #include "HistoryTree.h"
 
-#include "browser/Vantrel1.h"
-#include "browser/WebForm1.h"
+#include "mainwindow/Vantrel1.h"
+#include "verbs/WebForm1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/HistoryFile.h"

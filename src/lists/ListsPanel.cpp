@@ -3,13 +3,8 @@
 #include "ListsMenu.h"
 #include "ListsTree.h"
 #include "RunList1.h"
-#include "additions/EventLog.h"
-#include "additions/RunWatch.h"
-#include "additions/VantrelConf.h"
-#include "browser/WebForm1.h"
-#include "core/Clock.h"
-#include "browser/SurfPanel.h"
-#include "browser/Vantrel1.h"
+#include "mainwindow/Vantrel1.h"
+#include "verbs/Verbs.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/RunError.h"
@@ -24,7 +19,7 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main), m_runWatch(new RunWatch(this))
+ListsPanel::ListsPanel(QComboBox* listNames, Verbs* verbs, Vantrel1* main) : m_verbs(verbs), m_main(main)
 {
     setObjectName(QStringLiteral("ListsPanel"));
     m_frame3 = new QFrame(this);
@@ -54,22 +49,44 @@ ListsPanel::ListsPanel(QComboBox* listNames, Vantrel1* main) : m_main(main), m_r
     connect(m_newListBtn, &GradientButton::clicked, m_lists, &ListsTree::NewListBtn_Click);
     connect(m_runListBtn, &GradientButton::clicked, this, &ListsPanel::RunListBtn_Click);
 
-    m_run.openPage = [this, main](bool multi) {
-        if (showKeptPage())
-            return;
-        SurfPanel* surf = main->surf();
-        surf->RunNavigating = true;
-        main->NewBtnAction(multi);
-        surf->RunNavigating = false;
-        m_kept.loaded(m_run.RunPos, globals().WindowIndex, nowSeconds());
-    };
-    m_run.showComplete = [this] {
-        m_runWatch->completed();
+    // The verbs read the lists from the tree.
+    Verbs::ListsSource source;
+    source.names = [this] { return m_lists->listNames(); };
+    source.pages = [this](const QString& upperName) { return m_lists->listPages(upperName); };
+    verbs->setListsSource(source);
+    connect(verbs, &Verbs::runCompleted, this, &ListsPanel::runCompleted);
+    connect(verbs, &Verbs::runDialogWanted, this, &ListsPanel::focusRunDialog);
+    connect(verbs, &Verbs::runListTooLong, this, &ListsPanel::runListTooLong);
+}
+
+ListRun& ListsPanel::run()
+{
+    return m_verbs->run();
+}
+
+RunWatch* ListsPanel::runWatch() const
+{
+    return m_verbs->runWatch();
+}
+
+KeptPages& ListsPanel::keptPages()
+{
+    return m_verbs->keptPages();
+}
+
+void ListsPanel::runCompleted(Caller startedBy)
+{
+    // Only a person who started the run is told; nobody answers a box for a caller from outside.
+    if (startedBy == Caller::Person)
         DialogService::message(QStringLiteral("    List Run Complete"));
-    };
-    m_run.focusDialog = [this] { focusRunDialog(); };
-    // A looping run with all eight windows open goes back to its first page.
-    connect(main->surf(), &SurfPanel::runPositionResetRequested, this, [this] { m_run.restart(); });
+}
+
+void ListsPanel::runListTooLong(Caller startedBy)
+{
+    // A run holds 251 pages; a longer list runs its first 251, and the user is told.
+    if (startedBy == Caller::Person)
+        DialogService::message(QStringLiteral("Error - ") +
+                               RunError(RunError::SubscriptOutOfRange).numberAndText());
 }
 
 bool ListsPanel::resumeRun(const QString& list, int interval, bool loop, bool severalWindows, bool keep,
@@ -81,19 +98,13 @@ bool ListsPanel::resumeRun(const QString& list, int interval, bool loop, bool se
     const int timeRow = dialog->CMBTIME()->findData(interval / 10);
     if (listRow < 0 || timeRow < 0 || interval % 10 != 0)
         return false;
+    // The dialog shows the run's choices, as if they had been chosen there.
     dialog->CMBLIST()->setCurrentIndex(listRow);
     dialog->CMBTIME()->setCurrentIndex(timeRow);
     dialog->CHKPAGE()->setChecked(severalWindows);
     dialog->CHKLOOP()->setChecked(loop);
     dialog->CHKKEEP()->setChecked(keep);
-    dialog->GoBtn_Click();
-    if (!globals().RunListRunning || m_run.RunCount() == 0) {
-        m_run.stop();
-        return false;
-    }
-    m_run.RunPos = std::clamp(position, 0, m_run.RunCount());
-    m_run.RunStart = 0;
-    return true;
+    return m_verbs->resumeRunAt(RunChoice{list, interval, loop, severalWindows, keep}, position).ok();
 }
 
 bool ListsPanel::keepingPages() const
@@ -108,14 +119,10 @@ RunList1* ListsPanel::runDialog() const
 
 bool ListsPanel::BuildRunList(const QString& upperName)
 {
-    bool found = false;
     bool overflow = false;
-    m_run.setPages(m_lists->BuildRunList(upperName, &found, &overflow));
-    m_kept.start(0, false, false); // the run dialog's Go asks for kept pages itself
-    // A run holds 251 pages; a longer list runs its first 251, and the user is told.
+    const bool found = m_verbs->BuildRunList(upperName, &overflow);
     if (overflow)
-        DialogService::message(QStringLiteral("Error - ") +
-                               RunError(RunError::SubscriptOutOfRange).numberAndText());
+        runListTooLong(Caller::Person);
     return found;
 }
 
@@ -129,40 +136,10 @@ void ListsPanel::focusRunDialog()
     m_runDialog->activateWindow();
 }
 
-bool ListsPanel::showKeptPage()
-{
-    Globals& g = globals();
-    const int position = m_run.RunPos;
-    const int slot = m_kept.keptSlot(position, g.CurrentUrl, [](int s) { return globals().WindowUrl[s]; });
-    if (slot == 0)
-        return false;
-    const double now = nowSeconds();
-    if (m_kept.reloadDue(position, now, 60.0 * VantrelConf::value(VantrelConf::kKeptReloadMinutes))) {
-        g.WindowIndex = slot;
-        m_main->webForm()->Form_LoadGo(slot); // loaded again in its own window
-        m_kept.loaded(position, slot, now);
-    } else {
-        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
-    }
-    m_main->surf()->bringForward(slot);
-    return true;
-}
-
-double ListsPanel::nowSeconds()
-{
-    return double(Clock::localNow().toMSecsSinceEpoch()) / 1000.0;
-}
-
-void ListsPanel::tick()
-{
-    m_runWatch->tick(); // a run that was just started is logged before its first page opens
-    m_run.tick();
-}
-
 void ListsPanel::RunListBtn_Click()
 {
     if (globals().RunListRunning)
-        m_run.stop();
+        m_verbs->run().stop();
     if (globals().RunListShown && m_runDialog) {
         focusRunDialog();
         return;

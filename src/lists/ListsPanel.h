@@ -1,14 +1,14 @@
 #pragma once
 
-#include "additions/KeptPages.h"
-
-#include "ListRun.h"
 #include "widgets/SharedTreeTab.h"
 
 #include <QPointer>
 
+enum class Caller;
 class GradientButton;
+class KeptPages;
 class KeyedTree;
+class ListRun;
 class ListsMenu;
 class ListsTree;
 class QComboBox;
@@ -16,6 +16,7 @@ class QFrame;
 class RunList1;
 class RunWatch;
 class Vantrel1;
+class Verbs;
 
 // The Lists tab: the lists tree SSTree2 above the shared Favorites tree panel, Save, Run and New
 // List below it; and the timed run of a list with its dialog.
@@ -24,17 +25,16 @@ class ListsPanel : public SharedTreeTab
     Q_OBJECT
 
 public:
-    ListsPanel(QComboBox* listNames, Vantrel1* main);
+    ListsPanel(QComboBox* listNames, Verbs* verbs, Vantrel1* main);
 
     KeyedTree* SSTree2() const { return m_tree; }
     ListsTree* lists() const { return m_lists; }
     ListsMenu* menu() const { return m_menu; }
-    ListRun& run() { return m_run; }
-    RunWatch* runWatch() const { return m_runWatch; }
+    // The timed run, as the verbs hold it.
+    ListRun& run();
+    RunWatch* runWatch() const;
     // "Keep Pages Loaded" for the run going on.
-    KeptPages& keptPages() { return m_kept; }
-    // One tick of Timer1 for the lists: the run, and what is added to it.
-    void tick();
+    KeptPages& keptPages();
     QFrame* Frame3() const { return m_frame3; }
     GradientButton* SaveListBtn() const { return m_saveListBtn; }
     GradientButton* RunListBtn() const { return m_runListBtn; }
@@ -57,20 +57,15 @@ public:
 
 private:
     void focusRunDialog();
+    void runCompleted(Caller startedBy);
+    void runListTooLong(Caller startedBy);
 
+    Verbs* m_verbs;
     Vantrel1* m_main;
     QFrame* m_frame3;
     KeyedTree* m_tree;
     ListsTree* m_lists;
     ListsMenu* m_menu;
-    // A kept page's window comes forward instead of the page loading again; false when the page
-    // must be loaded.
-    bool showKeptPage();
-    static double nowSeconds();
-
-    ListRun m_run;
-    KeptPages m_kept;
-    RunWatch* m_runWatch;
     QPointer<RunList1> m_runDialog;
     GradientButton* m_saveListBtn;
     GradientButton* m_runListBtn;

@@ -1,7 +1,7 @@
 #include "ListsTree.h"
 
-#include "browser/SurfPanel.h"
-#include "browser/Vantrel1.h"
+#include "surf/SurfPanel.h"
+#include "mainwindow/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/ListFile.h"
@@ -267,4 +267,21 @@ QStringList ListsTree::BuildRunList(const QString& upperName, bool* found, bool*
             *found = true;
     }
     return urls;
+}
+
+QStringList ListsTree::listNames() const
+{
+    QStringList names;
+    for (int i = 0; i < m_listNames->count(); ++i)
+        names.append(m_listNames->itemText(i));
+    return names;
+}
+
+QList<ListPageState> ListsTree::listPages(const QString& upperName) const
+{
+    QList<ListPageState> pages;
+    for (KeyedNode* node : m_tree->nodes())
+        if (node->listTag().toUpper() == upperName && node->image() == KeyedTree::Page)
+            pages.append({node->nodeText(), node->tag()});
+    return pages;
 }

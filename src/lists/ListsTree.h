@@ -1,6 +1,7 @@
 #pragma once
 
 #include "bookmarks/ListTransfer.h"
+#include "verbs/ProgramState.h"
 
 #include <QObject>
 #include <QStringList>
@@ -58,6 +59,10 @@ public:
     // The addresses of the pages of the list `upperName` (upper-cased), in tree order; at most
     // 251: `overflow` tells when the list holds more.
     QStringList BuildRunList(const QString& upperName, bool* found, bool* overflow = nullptr) const;
+    // The lists' names in tree order, and the pages of the list `upperName` (upper-cased) with
+    // their titles, all of them.
+    QStringList listNames() const;
+    QList<ListPageState> listPages(const QString& upperName) const;
 
     // The handlers, reachable for the program's own drags and for tests.
     void controlDropped(const QString& sourceTag, const QPoint& pos);

@@ -1,9 +1,8 @@
 #include "RunList1.h"
 
-#include "ListsPanel.h"
-#include "ListsTree.h"
-#include "browser/ApplyColors.h"
-#include "browser/Vantrel1.h"
+#include "verbs/Verbs.h"
+#include "widgets/WindowColors.h"
+#include "mainwindow/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
@@ -123,7 +122,6 @@ void RunList1::Form_Load()
 
 void RunList1::GoBtn_Click()
 {
-    Globals& g = globals();
     if (m_lists->currentIndex() < 0) {
         DialogService::message(QStringLiteral("Please Select a List"));
         return;
@@ -132,16 +130,13 @@ void RunList1::GoBtn_Click()
         DialogService::message(QStringLiteral("Please Select a Time Interval"));
         return;
     }
-    g.RunListMulti = m_multi->isChecked();
-    g.RunListLoop = m_loop->isChecked();
-    g.RunListRunning = true;
-    g.RunListName = m_lists->currentText();
-    g.RunInterval = m_times->currentData().toInt() * 10;
-    m_main->BuildRunList(g.RunListName.toUpper());
-    ListsPanel* lists = m_main->listsPanel();
-    lists->keptPages().start(lists->run().RunCount(), m_keep->isChecked(), g.RunListMulti);
-    if (g.WindowIndex > 0)
-        g.NextRunItem = g.WindowIndex; // a one-window run goes on in the window used last
+    RunChoice choice;
+    choice.list = m_lists->currentText();
+    choice.intervalSeconds = m_times->currentData().toInt() * 10;
+    choice.loop = m_loop->isChecked();
+    choice.severalWindows = m_multi->isChecked();
+    choice.keepPagesLoaded = m_keep->isChecked();
+    m_main->verbs()->runList(choice);
 }
 
 void RunList1::Form_Unload()
@@ -149,13 +144,9 @@ void RunList1::Form_Unload()
     if (m_unloaded)
         return;
     m_unloaded = true;
-    Globals& g = globals();
     // Closing the dialog ends a run completely: the next Go starts at the list's first page.
-    m_main->listsPanel()->run().stop();
-    g.RunListLoop = false;
-    g.RunListMulti = false;
-    g.RunListRunning = false;
-    g.RunListShown = false;
+    m_main->verbs()->stopRun();
+    globals().RunListShown = false;
 }
 
 void RunList1::closeEvent(QCloseEvent* event)

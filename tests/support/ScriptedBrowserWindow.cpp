@@ -1,6 +1,6 @@
 #include "ScriptedBrowserWindow.h"
 
-#include "browser/WebForm1.h"
+#include "verbs/WebForm1.h"
 
 void ScriptedBrowserWindow::setVisible(bool visible)
 {

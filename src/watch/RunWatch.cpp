@@ -1,7 +1,7 @@
 #include "RunWatch.h"
 
 #include "EventLog.h"
-#include "VantrelConf.h"
+#include "settings/VantrelConf.h"
 #include "core/Globals.h"
 
 void RunWatch::tick()

@@ -1,6 +1,6 @@
 #include "WindowStates.h"
 
-#include "browser/SurfPanel.h"
+#include "SurfPanel.h"
 #include "widgets/GradientButton.h"
 
 #include <QApplication>

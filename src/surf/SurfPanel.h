@@ -10,12 +10,13 @@
 class GradientButton;
 class QCalendarWidget;
 class QGroupBox;
-class WebForm1;
+class Verbs;
+class WindowStates;
 
 // The Surf tab's panel (Frame1): one row per browsing slot (the row button with the page's title
 // and address, and two buttons that drag the page to Favorites or to a list), the New button, the
-// new-window toggle, the row size switch and the calendar button with its panel. It owns
-// NewBtnAction, through which every part of the program opens a page.
+// new-window toggle, the row size switch and the calendar button with its panel. Its buttons call
+// the program's verbs; its rows follow what the verbs and the browser windows tell.
 class SurfPanel : public QFrame
 {
     Q_OBJECT
@@ -23,8 +24,10 @@ class SurfPanel : public QFrame
 public:
     explicit SurfPanel(QWidget* parent);
 
-    void setPool(WebForm1* pool) { m_pool = pool; }
-    WebForm1* pool() const { return m_pool; }
+    // The verbs the buttons call and the rows follow.
+    void setVerbs(Verbs* verbs);
+    // The pictures beside the rows that tell how each window's page is doing.
+    WindowStates* states() const { return m_states; }
 
     GradientButton* Button(int row) const { return m_button.at(size_t(row)); }
     GradientButton* AddFavBtn(int row) const { return m_addFav.at(size_t(row)); }
@@ -42,16 +45,8 @@ public:
     void setCalendarColors(const QColor& back, const QColor& text);
     QFrame* Frame8() const { return m_frame8; }
 
-    // Opens CurrentUrl in a new browser window or in the current one.
-    void NewBtnAction(bool newWindow);
-    // Takes the lowest free slot as WindowIndex and counts it; false when all eight are taken.
-    bool FindFreeSlot();
     // The new-window switch follows its button's state.
     void ToggleBtn_Click();
-    // Opens CurrentUrl in a new window in `slot`, as NewBtnAction(true) opens it in the lowest free
-    // one (reopening a session puts each page back in its own slot). Nothing when `slot` is taken.
-    void openInSlot(int slot);
-    void NavigateCurrentSlot(bool newWindow);
 
     // Stacks the rows from the top for a form `formWidth` twips wide.
     void ArrangeRows(int formWidthTwips);
@@ -71,8 +66,6 @@ public:
     void updateCalendarAvailability(int normalRowsLimit, int smallRowsLimit);
     bool smallRows() const;
 
-    // Set by the timed run around its own call of NewBtnAction.
-    bool RunNavigating = false;
     // The row being dragged to Favorites or to a list, for the drop side.
     int DragRowIndex = 0;
     bool RowDragToFavorites = false;
@@ -81,10 +74,6 @@ public:
     // The selected tab changes when a row's page is dragged off to Favorites (1) or Lists (2).
     void setTabSelector(std::function<void(int)> selectTab) { m_selectTab = std::move(selectTab); }
 
-signals:
-    // A looping timed run with all eight windows open goes back to its first page.
-    void runPositionResetRequested();
-
 private:
     void NewBtn_Click();
     void Button_Click(int row);
@@ -92,12 +81,19 @@ private:
     void AddListBtn_Click(int row);
     void QuikViewBtn_Click();
     void CalendarBtn_Click();
-    // Opens a new window in the lowest free slot, or in `slot` when one is given.
-    void openNewSlot(bool updateCalendar, int slot = 0);
+    // What the verbs and the windows tell the rows.
+    void showRowNavigating(int slot, const QString& address);
+    void showRowCompleted(int slot, const QString& url, const QString& title);
+    void showRowTitle(int slot, const QString& title);
+    void showWindowShown(int slot, bool updateCalendar);
+    void showBroughtForward(int previousSlot, int slot);
+    void showLastWindowChosen();
+    void showNewWindowMode(bool newWindows);
     // Hands the row's page to a drag of `source` towards the tree on `tab`.
     void dragRowPage(int row, GradientButton* source, int tab);
 
-    WebForm1* m_pool = nullptr;
+    Verbs* m_verbs = nullptr;
+    WindowStates* m_states = nullptr;
     std::function<void(int)> m_selectTab;
     std::array<GradientButton*, 8> m_button{};
     std::array<GradientButton*, 8> m_addFav{};

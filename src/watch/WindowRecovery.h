@@ -9,20 +9,18 @@
 #include <array>
 
 class BrowserWindow;
-class SurfPanel;
-class WindowStates;
 
 // Brings the browser windows' pages back by themselves: a crashed page is loaded again after a
 // short wait (a few times within a while, then it keeps its Reload button), a page that the
 // network could not bring is tried again, ever less often, and at once when the network comes
-// back. Each window's state shows beside its row, and what happens goes into the log. The work
+// back. Each window's state is told (the Surf rows show it), and what happens goes into the log. The work
 // that is due is done at Timer1's ticks, on the program's clock.
 class WindowRecovery : public QObject
 {
     Q_OBJECT
 
 public:
-    explicit WindowRecovery(SurfPanel* rows, QObject* parent = nullptr);
+    explicit WindowRecovery(QObject* parent = nullptr);
 
     // A slot's new window, whose events are followed from now on.
     void watch(int slot, BrowserWindow* window);
@@ -38,7 +36,13 @@ public:
     const PageRecovery& recovery(int slot) const { return m_slots[size_t(slot)].recovery; }
     // When the slot's next retry or reload is due; invalid when none waits.
     QDateTime due(int slot) const { return m_slots[size_t(slot)].due; }
-    WindowStates* states() const { return m_states; }
+    // How the slot's page is doing now, and its words.
+    PageRecovery::State shownState(int slot) const { return m_shown[size_t(slot)].state; }
+    QString shownText(int slot) const { return m_shown[size_t(slot)].text; }
+
+signals:
+    // The slot's page is now in `state`, told in `toolTip` (Idle: nothing to show).
+    void stateShown(int slot, PageRecovery::State state, const QString& toolTip);
 
 private:
     struct Slot
@@ -55,6 +59,13 @@ private:
     void loadFailed(int slot, const QString& url, const QString& reason, bool network);
     void pageCrashed(int slot, const QString& url);
 
-    WindowStates* m_states;
+    struct Shown
+    {
+        PageRecovery::State state = PageRecovery::State::Idle;
+        QString text;
+    };
+    void show(int slot, PageRecovery::State state, const QString& toolTip);
+
     std::array<Slot, 9> m_slots{};
+    std::array<Shown, 9> m_shown{};
 };

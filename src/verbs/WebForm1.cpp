@@ -1,28 +1,21 @@
 #include "WebForm1.h"
 
-#include "BrowserEngine.h"
-#include "BrowserWindow.h"
-#include "SurfPanel.h"
-#include "additions/VantrelConf.h"
-#include "additions/WindowRecovery.h"
+#include "browser/BrowserEngine.h"
+#include "browser/BrowserWindow.h"
 #include "core/Globals.h"
 #include "core/PageText.h"
-#include "widgets/GradientButton.h"
+#include "settings/VantrelConf.h"
+#include "watch/WindowRecovery.h"
 
 namespace {
-constexpr int32_t kPureBlue = 0xFF0000; // 0x00BBGGRR
-constexpr int kCalendarLimitNormalRows = 3;
-constexpr int kCalendarLimitSmallRowsAtUnload = 7;
-
 bool isSlot(int slot)
 {
     return slot >= 1 && slot <= kWindowSlots;
 }
 } // namespace
 
-WebForm1::WebForm1(SurfPanel* rows, QObject* parent)
-    : QObject(parent), m_rows(rows), m_factory(&BrowserEngine::createWindow),
-      m_recovery(new WindowRecovery(rows, this))
+WebForm1::WebForm1(QObject* parent)
+    : QObject(parent), m_factory(&BrowserEngine::createWindow), m_recovery(new WindowRecovery(this))
 {
     setObjectName(QStringLiteral("WebForm1"));
 }
@@ -66,7 +59,7 @@ void WebForm1::Unload()
         g.WindowCount = 0;
     if (g.WindowIndex >= 0 && g.WindowIndex <= 10)
         g.WindowUrl[g.WindowIndex].clear();
-    m_rows->updateCalendarAvailability(kCalendarLimitNormalRows, kCalendarLimitSmallRowsAtUnload);
+    emit unloadedPool();
     g.LastWindowMode = false;
 }
 
@@ -91,7 +84,8 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
         if (window)
             window->disconnect(this);
         window = m_factory(this);
-        connectWindow(slot, window);
+        if (window)
+            connectWindow(slot, window);
     }
     if (!window)
         return; // the slot's window is gone: nothing happens
@@ -100,7 +94,7 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
     window->setTheaterMode(g.OptTheater);
     window->setVisible(true);
     // A run's next page in a window that shows one already comes up only once it has loaded.
-    if (!newWindow && m_rows->RunNavigating && g.RunListRunning && VantrelConf::flag(VantrelConf::kShowWhenLoaded))
+    if (!newWindow && RunNavigating && g.RunListRunning && VantrelConf::flag(VantrelConf::kShowWhenLoaded))
         window->navigateWhenReady(g.CurrentUrl, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
     else
         window->navigate(g.CurrentUrl);
@@ -150,27 +144,22 @@ void WebForm1::NavigateComplete2(const QString& url)
 void WebForm1::DocumentComplete(int slot, const QString& url)
 {
     Globals& g = globals();
-    GradientButton* row = m_rows->Button(slot - 1);
-    row->setTag(url);
-    row->setToolTip(url);
     g.CurrentUrl = url;
     if (BrowserWindow* window = ie(slot))
         g.CurrentTitle = boundedPageText(window->locationName());
-    row->setText(g.CurrentTitle);
+    emit rowCompleted(slot, url, g.CurrentTitle);
     emit documentCompleted(slotName(slot));
 }
 
 void WebForm1::TitleChange(int slot, const QString& title)
 {
-    GradientButton* row = m_rows->Button(slot - 1);
-    row->setText(title);
-    row->update();
+    emit rowTitleChanged(slot, title);
 }
 
 void WebForm1::OnQuit(int slot, BrowserWindow* window)
 {
     Globals& g = globals();
-    m_rows->hideRow(slot - 1);
+    emit rowClosed(slot);
     g.WindowUrl[slot].clear();
     m_slotOpen[size_t(slot)] = false;
     if (m_ie[size_t(slot)] == window)
@@ -185,12 +174,6 @@ void WebForm1::MarkRowNavigating(int slot, const QString& address)
 {
     Globals& g = globals();
     g.WindowFlagB = true;
-    GradientButton* row = m_rows->Button(slot - 1);
-    row->setText(address);
-    row->setValue(true);
-    row->setBackColor(g.ButtonTextColor);
-    row->setTextColor(kPureBlue);
-    row->setTag(address);
-    row->update();
+    emit rowNavigating(slot, address);
     g.WindowFlagB = false;
 }

@@ -1,6 +1,9 @@
 #include "SurfPanel.h"
 
-#include "WebForm1.h"
+#include "WindowStates.h"
+#include "verbs/Verbs.h"
+#include "verbs/WebForm1.h"
+#include "watch/WindowRecovery.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -27,8 +30,7 @@ constexpr int kCommandHeight = 420;
 constexpr int kFavoritesTab = 1;
 constexpr int kListsTab = 2;
 constexpr int kCalendarPanelHeight = 3000;
-const QString kMaximumQuestion =
-    QStringLiteral("        That's It - Maximum is 8 ! - Continue in Last Window ?");
+constexpr int kCalendarLimitSmallRowsAtUnload = 7;
 
 QRect twipsRect(int left, int top, int width, int height)
 {
@@ -157,101 +159,81 @@ void SurfPanel::setCalendarDate(const QDate& date)
         m_calendar->setSelectedDate(date);
 }
 
-// ---- opening pages -------------------------------------------------------------------------
+// ---- what the verbs tell ------------------------------------------------------------------
 
-void SurfPanel::NewBtnAction(bool newWindow)
+void SurfPanel::setVerbs(Verbs* verbs)
 {
-    Globals& g = globals();
-    m_frame8->hide();
-    if (g.WindowCount < kWindowSlots) {
-        g.LastWindowMode = false;
-        setAllRowsNormal();
-        if (!newWindow) {
-            if (g.WindowIndex == 0) {
-                openNewSlot(false);
-            } else {
-                if (g.RunListRunning && !g.RunListMulti)
-                    g.WindowIndex = g.NextRunItem; // a one-window run keeps to its own window
-                NavigateCurrentSlot(g.WindowIndex >= 0 && g.WindowIndex <= 10 &&
-                                    g.WindowUrl[g.WindowIndex].isEmpty());
-            }
-        } else {
-            openNewSlot(true);
-        }
-        return;
-    }
-
-    if (!(RunNavigating && g.RunListRunning)) {
-        if (g.LastWindowMode) {
-            g.WindowIndex = kWindowSlots;
-            m_pool->SelectieNavigate(kWindowSlots, false);
-        } else if (DialogService::question(kMaximumQuestion)) {
-            setAllRowsNormal();
-            g.LastWindowMode = true;
-            if (g.NewWindowMode)
-                ToggleBtn_Click();
-        }
-        return;
-    }
-
-    // A timed run with all eight windows open goes round windows 1 to 8.
-    if (g.RunListLoop) {
-        emit runPositionResetRequested();
-        g.RunListMulti = false;
-    }
-    if (g.WindowCount == kWindowSlots) {
-        setAllRowsNormal();
-        if (g.WindowIndex == kWindowSlots)
-            g.WindowIndex = 0;
-        g.WindowIndex = g.WindowIndex + 1;
-        NavigateCurrentSlot(g.WindowUrl[g.WindowIndex].isEmpty());
-    }
+    m_verbs = verbs;
+    WebForm1* pool = verbs->pool();
+    m_states = new WindowStates(this);
+    connect(verbs, &Verbs::pageOpening, m_frame8, &QWidget::hide);
+    connect(verbs, &Verbs::rowsCleared, this, &SurfPanel::setAllRowsNormal);
+    connect(verbs, &Verbs::windowShown, this, &SurfPanel::showWindowShown);
+    connect(verbs, &Verbs::windowBroughtForward, this, &SurfPanel::showBroughtForward);
+    connect(verbs, &Verbs::lastWindowModeChosen, this, &SurfPanel::showLastWindowChosen);
+    connect(verbs, &Verbs::newWindowModeChanged, this, &SurfPanel::showNewWindowMode);
+    connect(pool, &WebForm1::rowNavigating, this, &SurfPanel::showRowNavigating);
+    connect(pool, &WebForm1::rowCompleted, this, &SurfPanel::showRowCompleted);
+    connect(pool, &WebForm1::rowTitleChanged, this, &SurfPanel::showRowTitle);
+    connect(pool, &WebForm1::rowClosed, this, [this](int slot) { hideRow(slot - 1); });
+    connect(pool, &WebForm1::unloadedPool, this, [this] {
+        updateCalendarAvailability(kCalendarLimitNormalRows, kCalendarLimitSmallRowsAtUnload);
+    });
+    connect(pool->recovery(), &WindowRecovery::stateShown, m_states, &WindowStates::show);
 }
 
-void SurfPanel::openInSlot(int slot)
+void SurfPanel::showRowNavigating(int slot, const QString& address)
 {
-    Globals& g = globals();
-    if (slot < 1 || slot > kWindowSlots || !g.WindowUrl[slot].isEmpty() || g.WindowCount >= kWindowSlots)
-        return;
-    m_frame8->hide();
-    g.LastWindowMode = false;
-    setAllRowsNormal();
-    openNewSlot(true, slot);
+    const Globals& g = globals();
+    GradientButton* row = Button(slot - 1);
+    row->setText(address);
+    row->setValue(true);
+    row->setBackColor(g.ButtonTextColor);
+    row->setTextColor(kPureBlue);
+    row->setTag(address);
+    row->update();
 }
 
-void SurfPanel::openNewSlot(bool updateCalendar, int slot)
+void SurfPanel::showRowCompleted(int slot, const QString& url, const QString& title)
 {
-    Globals& g = globals();
-    if (!g.WebFormBusy)
-        m_pool->Load();
-    if (slot == 0) {
-        FindFreeSlot();
-    } else {
-        g.WindowIndex = slot;
-        g.WindowCount = g.WindowCount + 1;
-    }
-    m_pool->Form_LoadGo(g.WindowIndex);
-    showRow(g.WindowIndex - 1);
+    GradientButton* row = Button(slot - 1);
+    row->setTag(url);
+    row->setToolTip(url);
+    row->setText(title);
+}
+
+void SurfPanel::showRowTitle(int slot, const QString& title)
+{
+    GradientButton* row = Button(slot - 1);
+    row->setText(title);
+    row->update();
+}
+
+void SurfPanel::showWindowShown(int slot, bool updateCalendar)
+{
+    showRow(slot - 1);
     if (updateCalendar)
         updateCalendarAvailability(kCalendarLimitNormalRows, kCalendarLimitSmallRows);
 }
 
-bool SurfPanel::FindFreeSlot()
+void SurfPanel::showBroughtForward(int previousSlot, int slot)
 {
-    Globals& g = globals();
-    for (int slot = 1; slot <= kWindowSlots; ++slot) {
-        if (g.WindowUrl[slot].isEmpty()) {
-            g.WindowIndex = slot;
-            g.WindowCount = g.WindowCount + 1;
-            return true;
-        }
-    }
-    return false;
+    setRowNormal(previousSlot - 1);
+    setRowActive(slot - 1);
 }
 
-void SurfPanel::NavigateCurrentSlot(bool newWindow)
+void SurfPanel::showLastWindowChosen()
 {
-    m_pool->SelectieNavigate(globals().WindowIndex, newWindow);
+    // The switch is asked again as if clicked, as the limit's question always did.
+    if (globals().NewWindowMode)
+        ToggleBtn_Click();
+}
+
+void SurfPanel::showNewWindowMode(bool newWindows)
+{
+    m_toggleBtn->setValue(!newWindows);
+    m_toggleBtn->setToolTip(newWindows ? QStringLiteral("Start a New Internet Explorer Window")
+                                       : QStringLiteral("Use Current Internet Explorer Window"));
 }
 
 // ---- the buttons ---------------------------------------------------------------------------
@@ -261,17 +243,12 @@ void SurfPanel::NewBtn_Click()
     Globals& g = globals();
     if (!g.NewWindowUrl.trimmed().isEmpty())
         g.CurrentUrl = g.NewWindowUrl;
-    NewBtnAction(g.NewWindowMode);
+    m_verbs->NewBtnAction(g.NewWindowMode);
 }
 
 void SurfPanel::Button_Click(int row)
 {
-    Globals& g = globals();
-    setRowNormal(g.WindowIndex - 1);
-    g.WindowIndex = row + 1;
-    if (!g.WindowFlagB && m_pool)
-        m_pool->SelectieWindow(g.WindowIndex);
-    setRowActive(row);
+    m_verbs->bringForward(row + 1);
 }
 
 void SurfPanel::AddFavBtn_Click(int row)
@@ -301,14 +278,7 @@ void SurfPanel::dragRowPage(int row, GradientButton* source, int tab)
 
 void SurfPanel::ToggleBtn_Click()
 {
-    Globals& g = globals();
-    if (!m_toggleBtn->value()) {
-        m_toggleBtn->setToolTip(QStringLiteral("Start a New Internet Explorer Window"));
-        g.NewWindowMode = true;
-    } else {
-        m_toggleBtn->setToolTip(QStringLiteral("Use Current Internet Explorer Window"));
-        g.NewWindowMode = false;
-    }
+    m_verbs->setNewWindowMode(!m_toggleBtn->value());
 }
 
 void SurfPanel::QuikViewBtn_Click()

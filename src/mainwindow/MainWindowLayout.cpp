@@ -2,7 +2,7 @@
 // the window is resized or a tab is chosen, and how its place on the screen is remembered.
 #include "Vantrel1.h"
 
-#include "SurfPanel.h"
+#include "surf/SurfPanel.h"
 #include "core/Globals.h"
 #include "favorites/FavoritesPanel.h"
 #include "history/HistoryPanel.h"

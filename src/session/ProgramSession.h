@@ -2,15 +2,21 @@
 
 #include "SessionKeeper.h"
 
-class Vantrel1;
+#include <functional>
 
-// The session of the running program: what SessionKeeper keeps, read from the rows, the slots and
-// the run; and, at the start, the session the last run of the program left, asked about or
-// reopened.
+class Verbs;
+
+// The session of the running program: what SessionKeeper keeps, read from the program's state;
+// and, at the start, the session the last run of the program left, asked about or reopened through
+// the verbs.
 class ProgramSession
 {
 public:
-    explicit ProgramSession(Vantrel1* main);
+    // Goes on with the run of a reopened session, its dialog showing its choices; false when the
+    // list or its interval is no longer there.
+    using RunResumer = std::function<bool(const SessionRun& run)>;
+
+    ProgramSession(Verbs* verbs, RunResumer resumeRun);
 
     // Once the main window has loaded, before its first focus acts: reads what the last run left,
     // asks or reopens as the settings say, then begins keeping this run's session. True when a
@@ -27,6 +33,7 @@ public:
 private:
     void reopen(const Session& last, bool withRun);
 
-    Vantrel1* m_main;
+    Verbs* m_verbs;
+    RunResumer m_resumeRun;
     SessionKeeper m_keeper;
 };

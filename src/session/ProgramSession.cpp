@@ -1,40 +1,27 @@
 #include "ProgramSession.h"
 
-#include "EventLog.h"
-#include "VantrelConf.h"
-#include "browser/SurfPanel.h"
-#include "browser/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
-#include "lists/ListRun.h"
-#include "lists/ListsPanel.h"
-#include "widgets/GradientButton.h"
+#include "settings/VantrelConf.h"
+#include "verbs/Verbs.h"
+#include "watch/EventLog.h"
 
-ProgramSession::ProgramSession(Vantrel1* main)
-    : m_main(main), m_keeper(SessionFile::path(), [this] { return snapshot(); })
+ProgramSession::ProgramSession(Verbs* verbs, RunResumer resumeRun)
+    : m_verbs(verbs), m_resumeRun(std::move(resumeRun)), m_keeper(SessionFile::path(), [this] { return snapshot(); })
 {
 }
 
 Session ProgramSession::snapshot() const
 {
-    const Globals& g = globals();
-    SurfPanel* surf = m_main->surf();
+    const ProgramState state = m_verbs->state();
     Session now;
-    for (int slot = 1; slot <= kWindowSlots; ++slot) {
-        if (g.WindowUrl[slot].isEmpty())
-            continue; // a free slot
-        // The row shows where the window is now; the slot's first address until it knows.
-        const GradientButton* row = surf->Button(slot - 1);
-        const QString address = row->tag().isEmpty() ? g.WindowUrl[slot] : row->tag();
-        now.windows.append({slot, address, row->text()});
-    }
-    now.currentSlot = g.WindowIndex >= 0 && g.WindowIndex <= kWindowSlots ? g.WindowIndex : 0;
-    now.newWindowMode = g.NewWindowMode;
-    if (g.RunListRunning && !g.RunListName.isEmpty()) {
-        ListsPanel* lists = m_main->listsPanel();
-        now.run = SessionRun{g.RunListName,   g.RunInterval,          g.RunListLoop, g.RunListMulti,
-                             lists->keepingPages(), lists->run().RunPos};
-    }
+    for (const WindowState& window : state.windows)
+        now.windows.append({window.slot, window.address, window.title});
+    now.currentSlot = state.currentSlot;
+    now.newWindowMode = state.newWindowMode;
+    const RunState& run = state.run;
+    if (run.running && !run.list.isEmpty())
+        now.run = SessionRun{run.list, run.intervalSeconds, run.loop, run.severalWindows, run.keepPagesLoaded, run.next};
     return now;
 }
 
@@ -62,27 +49,19 @@ bool ProgramSession::resume()
 
 void ProgramSession::reopen(const Session& last, bool withRun)
 {
-    Globals& g = globals();
-    SurfPanel* surf = m_main->surf();
-    if (g.NewWindowMode != last.newWindowMode) {
-        surf->ToggleBtn()->setValue(!last.newWindowMode);
-        surf->ToggleBtn_Click();
-    }
+    if (globals().NewWindowMode != last.newWindowMode)
+        m_verbs->setNewWindowMode(last.newWindowMode);
     // Each page in its own slot; the current one last, so that it comes up in front and the
     // program goes on from it.
     QList<SessionWindow> order = last.windows;
     std::stable_partition(order.begin(), order.end(),
                           [&](const SessionWindow& w) { return w.slot != last.currentSlot; });
-    for (const SessionWindow& window : order) {
-        g.CurrentUrl = window.address;
-        g.CurrentTitle = window.title;
-        surf->openInSlot(window.slot);
-    }
+    for (const SessionWindow& window : order)
+        m_verbs->openPage(window.address, window.title, OpenWhere::Slot, window.slot);
     QString run;
     if (withRun && last.run) {
         const SessionRun& r = *last.run;
-        if (m_main->listsPanel()->resumeRun(r.list, r.interval, r.loop, r.severalWindows, r.keepPagesLoaded,
-                                             r.position))
+        if (m_resumeRun && m_resumeRun(r))
             run = QStringLiteral(", the run of %1 going on at page %2").arg(r.list).arg(r.position + 1);
         else
             run = QStringLiteral(", the run of %1 not (the list or its interval is gone)").arg(r.list);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/Startup.h"
+
 #include <QList>
 #include <QString>
 
@@ -41,7 +43,7 @@ struct Session
 
 namespace SessionFile {
 
-inline constexpr char kFileName[] = "Session.INI";
+inline constexpr const char* kFileName = kSessionFileName;
 inline constexpr int kVersion = 1;
 
 QString path();

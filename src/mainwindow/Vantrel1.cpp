@@ -1,13 +1,14 @@
 #include "Vantrel1.h"
 
-#include "SurfPanel.h"
-#include "WebForm1.h"
+#include "surf/SurfPanel.h"
+#include "verbs/Verbs.h"
+#include "verbs/WebForm1.h"
 #include "about/About1.h"
 #include "about/HelpWindow.h"
-#include "additions/ProgramSession.h"
-#include "additions/VantrelConf.h"
-#include "additions/WindowRecovery.h"
-#include "browser/OptionsPanel.h"
+#include "session/ProgramSession.h"
+#include "settings/VantrelConf.h"
+#include "watch/WindowRecovery.h"
+#include "options/OptionsPanel.h"
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
 #include "core/ColorsFile.h"
@@ -84,14 +85,14 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     m_frame2 = new QFrame(this);
     m_frame2->setObjectName(QStringLiteral("Frame2"));
 
-    m_webForm = new WebForm1(m_surf, this);
-    m_surf->setPool(m_webForm);
+    m_verbs = new Verbs(this);
+    m_surf->setVerbs(m_verbs);
     m_options = new OptionsPanel(this);
     m_favoritesPanel = new FavoritesPanel(m_frame2, this);
-    m_listsPanel = new ListsPanel(m_options->CMBLIST(), this);
+    m_listsPanel = new ListsPanel(m_options->CMBLIST(), m_verbs, this);
     m_historyPanel = new HistoryPanel(this);
     // Every document a browser window completes is recorded under that window's group.
-    connect(m_webForm, &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
+    connect(webForm(), &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
     for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
                                 {2, m_listsPanel},
                                 {3, m_historyPanel},
@@ -105,17 +106,11 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     auto* help = new QShortcut(QKeySequence::HelpContents, this);
     help->setContext(Qt::ApplicationShortcut);
     connect(help, &QShortcut::activated, this, &Vantrel1::showHelp);
-    connect(m_webForm, &WebForm1::newWindowRequested, this, [this](const QString& url, bool userInitiated) {
-        if (!m_newWindowGate.admit(userInitiated, Clock::secondsSinceMidnight()))
-            return;
-        const bool atLimit = globals().WindowCount >= kWindowSlots;
-        globals().CurrentUrl = url;
-        NewBtnAction(true);
-        m_newWindowGate.opened(atLimit, Clock::secondsSinceMidnight());
-    });
 
     m_timer = new QTimer(this);
-    m_session = std::make_unique<ProgramSession>(this);
+    m_session = std::make_unique<ProgramSession>(m_verbs, [this](const SessionRun& r) {
+        return m_listsPanel->resumeRun(r.list, r.interval, r.loop, r.severalWindows, r.keepPagesLoaded, r.position);
+    });
     m_timer->setObjectName(QStringLiteral("Timer1"));
     m_timer->setInterval(kTimerIntervalMs);
     m_timer->setTimerType(Qt::CoarseTimer);
@@ -143,7 +138,7 @@ void Vantrel1::InitFormState()
     g.ListsChanged = false;
     g.HistoryChanged = false;
     OptionsDirty = false;
-    m_surf->RunNavigating = false;
+    webForm()->RunNavigating = false;
     m_surf->RowDragToFavorites = false;
     m_surf->RowDragToList = false;
 }
@@ -220,12 +215,7 @@ void Vantrel1::StartStartupList()
     Globals& g = globals();
     if (CMBLIST()->currentIndex() < 0)
         return; // no start-up list was chosen: nothing runs
-    g.RunListName = CMBLIST()->currentText();
-    if (!BuildRunList(g.RunListName.toUpper()))
-        return;
-    g.RunListRunning = true;
-    g.RunListLoop = false;
-    g.RunListMulti = true; // each page in a window of its own, once through
+    m_verbs->runStartupList(CMBLIST()->currentText());
 }
 
 void Vantrel1::ShowOptionControls()
@@ -268,6 +258,11 @@ bool Vantrel1::BuildRunList(const QString& upperName)
     return m_listsPanel->BuildRunList(upperName);
 }
 
+WebForm1* Vantrel1::webForm() const
+{
+    return m_verbs->pool();
+}
+
 void Vantrel1::showHelp()
 {
     if (!m_help)
@@ -284,7 +279,7 @@ void Vantrel1::Form_Unload()
     m_timer->stop();
     m_session->end(); // the session as it is, before its windows close
     if (g.WebFormBusy)
-        m_webForm->Unload();
+        webForm()->Unload();
     if (g.RunListShown)
         m_listsPanel->unloadRunDialog();
     // The other windows go before the first question, so that none stays on screen behind it.
@@ -308,7 +303,7 @@ void Vantrel1::Form_Unload()
 
 void Vantrel1::NewBtnAction(bool newWindow)
 {
-    m_surf->NewBtnAction(newWindow);
+    m_verbs->NewBtnAction(newWindow);
 }
 
 KeyedTree* Vantrel1::SSTree1() const
@@ -343,8 +338,8 @@ GradientButton* Vantrel1::RefreshBtn() const
 
 void Vantrel1::Timer1_Timer()
 {
-    m_listsPanel->tick();
-    m_webForm->recovery()->tick();
+    m_verbs->tick();
+    webForm()->recovery()->tick();
     m_session->tick();
     QGroupBox* calendar = m_surf->Frame7();
     if (calendar->isVisible())

@@ -1,8 +1,7 @@
 #include "WindowRecovery.h"
 
 #include "EventLog.h"
-#include "VantrelConf.h"
-#include "WindowStates.h"
+#include "settings/VantrelConf.h"
 #include "browser/BrowserWindow.h"
 #include "core/Clock.h"
 
@@ -22,8 +21,7 @@ double nowSeconds()
 }
 } // namespace
 
-WindowRecovery::WindowRecovery(SurfPanel* rows, QObject* parent)
-    : QObject(parent), m_states(new WindowStates(rows))
+WindowRecovery::WindowRecovery(QObject* parent) : QObject(parent)
 {
     // Where the system tells when the network comes back, waiting pages do not wait any longer.
     if (QNetworkInformation::loadBackendByFeatures(QNetworkInformation::Feature::Reachability)) {
@@ -80,7 +78,7 @@ void WindowRecovery::forget(int slot)
     if (s.window)
         s.window->disconnect(this);
     s = Slot{};
-    m_states->show(slot, PageRecovery::State::Idle, QString());
+    show(slot, PageRecovery::State::Idle, QString());
 }
 
 void WindowRecovery::loadBegan(int slot, const QString& url)
@@ -91,7 +89,7 @@ void WindowRecovery::loadBegan(int slot, const QString& url)
     if (url != s.recovery.failedUrl())
         s.due = QDateTime(); // the window went elsewhere: no retry of the old address
     if (s.recovery.state() == PageRecovery::State::Loading && before != PageRecovery::State::Loading)
-        m_states->show(slot, PageRecovery::State::Loading, tr("Loading %1").arg(url));
+        show(slot, PageRecovery::State::Loading, tr("Loading %1").arg(url));
 }
 
 void WindowRecovery::loadSucceeded(int slot)
@@ -99,7 +97,7 @@ void WindowRecovery::loadSucceeded(int slot)
     Slot& s = m_slots[size_t(slot)];
     s.recovery.loadSucceeded();
     s.due = QDateTime();
-    m_states->show(slot, PageRecovery::State::Shown, tr("Shown"));
+    show(slot, PageRecovery::State::Shown, tr("Shown"));
 }
 
 void WindowRecovery::loadFailed(int slot, const QString& url, const QString& reason, bool network)
@@ -110,11 +108,11 @@ void WindowRecovery::loadFailed(int slot, const QString& url, const QString& rea
     const double delay = s.recovery.loadFailed(url, network);
     if (delay < 0) {
         s.due = QDateTime();
-        m_states->show(slot, PageRecovery::State::Failed, tr("Could not be loaded: %1").arg(reason));
+        show(slot, PageRecovery::State::Failed, tr("Could not be loaded: %1").arg(reason));
         return;
     }
     s.due = Clock::localNow().addMSecs(qint64(delay * 1000));
-    m_states->show(slot, PageRecovery::State::Retrying,
+    show(slot, PageRecovery::State::Retrying,
                    tr("Failed (%1), trying again in %2 s").arg(reason).arg(std::lround(delay)));
 }
 
@@ -128,12 +126,12 @@ void WindowRecovery::pageCrashed(int slot, const QString& url)
     if (delay < 0) {
         s.due = QDateTime();
         EventLog::write(QStringLiteral("given up: %1 %2").arg(window(slot), url));
-        m_states->show(slot, PageRecovery::State::GivenUp,
+        show(slot, PageRecovery::State::GivenUp,
                        tr("Crashed too often: it waits for its Reload button"));
         return;
     }
     s.due = Clock::localNow().addMSecs(qint64(delay * 1000));
-    m_states->show(slot, PageRecovery::State::CrashedReloading,
+    show(slot, PageRecovery::State::CrashedReloading,
                    tr("Crashed, loading again in %1 s").arg(std::lround(delay)));
 }
 
@@ -157,7 +155,13 @@ void WindowRecovery::tick()
         const QString url = crashed ? s.url : s.recovery.failedUrl();
         EventLog::write(QStringLiteral("%1: %2 %3").arg(crashed ? QStringLiteral("automatic reload") : QStringLiteral("retry"),
                                                         window(slot), url));
-        m_states->show(slot, PageRecovery::State::Loading, tr("Loading %1").arg(url));
+        show(slot, PageRecovery::State::Loading, tr("Loading %1").arg(url));
         s.window->retry();
     }
+}
+
+void WindowRecovery::show(int slot, PageRecovery::State state, const QString& toolTip)
+{
+    m_shown[size_t(slot)] = {state, toolTip};
+    emit stateShown(slot, state, toolTip);
 }

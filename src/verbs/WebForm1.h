@@ -7,13 +7,12 @@
 #include <functional>
 
 class BrowserWindow;
-class SurfPanel;
 class WindowRecovery;
 
 // The host of the eight browser windows, one per browsing slot (1 to 8). It shows nothing itself:
 // it creates a slot's window on demand, sends it to CurrentUrl, brings one window into view, and
-// turns the windows' events into updates of the shared state, of the slot's row on the Surf tab and
-// of the history.
+// turns the windows' events into updates of the shared state and into what the slot's row on the
+// Surf tab and the history are told.
 class WebForm1 : public QObject
 {
     Q_OBJECT
@@ -21,7 +20,7 @@ class WebForm1 : public QObject
 public:
     using WindowFactory = std::function<BrowserWindow*(QObject* parent)>;
 
-    WebForm1(SurfPanel* rows, QObject* parent);
+    explicit WebForm1(QObject* parent);
     ~WebForm1() override;
 
     // The form's load and unload: unloading quits every open window.
@@ -43,14 +42,26 @@ public:
     // The windows are made by this factory; the real browser window unless a test puts its own.
     void setWindowFactory(WindowFactory factory);
 
-    // The recovery of crashed and unreachable pages, with the windows' states beside the rows.
+    // The recovery of crashed and unreachable pages; it tells each window's state.
     WindowRecovery* recovery() const { return m_recovery; }
+
+    // Set by the timed run around its own navigation: a page that replaces one comes up only once
+    // it has loaded, when the settings ask for it.
+    bool RunNavigating = false;
 
 signals:
     // A document of the slot's window completed: the history records CurrentUrl and CurrentTitle.
     void documentCompleted(const QString& slotName);
     // A page asked for a new window showing `url`.
     void newWindowRequested(const QString& url, bool userInitiated);
+    // What the slot's row shows: navigation begun (the address, in the active look), a document
+    // completed (its address and the page's title), a new title, the window gone.
+    void rowNavigating(int slot, const QString& address);
+    void rowCompleted(int slot, const QString& url, const QString& title);
+    void rowTitleChanged(int slot, const QString& title);
+    void rowClosed(int slot);
+    // The form unloaded: every window was told to quit.
+    void unloadedPool();
 
 private:
     void connectWindow(int slot, BrowserWindow* window);
@@ -61,7 +72,6 @@ private:
     void OnQuit(int slot, BrowserWindow* window);
     void MarkRowNavigating(int slot, const QString& address);
 
-    SurfPanel* m_rows;
     WindowFactory m_factory;
     WindowRecovery* m_recovery;
     std::array<QPointer<BrowserWindow>, 11> m_ie{};

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "PageRecovery.h"
+#include "watch/PageRecovery.h"
 
 #include <QObject>
 

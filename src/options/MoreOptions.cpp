@@ -1,9 +1,9 @@
 #include "MoreOptions.h"
 
-#include "Autostart.h"
-#include "EventLog.h"
-#include "VantrelConf.h"
-#include "browser/ApplyColors.h"
+#include "desktop/Autostart.h"
+#include "watch/EventLog.h"
+#include "settings/VantrelConf.h"
+#include "widgets/WindowColors.h"
 #include "core/DialogService.h"
 
 #include <QCheckBox>

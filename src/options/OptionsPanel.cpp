@@ -1,7 +1,7 @@
 #include "OptionsPanel.h"
 
-#include "Vantrel1.h"
-#include "additions/MoreOptions.h"
+#include "mainwindow/Vantrel1.h"
+#include "MoreOptions.h"
 #include "core/ColorsFile.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"

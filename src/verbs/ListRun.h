@@ -7,12 +7,12 @@
 // The timed run of a favourite list: the pages' addresses, the position of the next one and the
 // clock reading at which the current wait began. Timer1 calls tick() every 600 ms; a page opens
 // at the first tick, then whenever more than RunInterval seconds have passed since the tick that
-// followed the previous page.
+// followed the previous page. A run can be paused (it keeps its place and what was left of its
+// wait) and sent on or back a page at once.
 class ListRun
 {
 public:
-    // Opens CurrentUrl through NewBtnAction with the run's several-windows flag, marking the call
-    // as the run's own (RunNavigating).
+    // Opens CurrentUrl as the run's own step, in several windows or one.
     std::function<void(bool multi)> openPage;
     // Shows "    List Run Complete".
     std::function<void()> showComplete;
@@ -32,6 +32,23 @@ public:
     // Stops the run: Idle again.
     void stop();
 
+    // The following page now, its time starting afresh. False when the run is not going.
+    bool next();
+    // The page before the one shown now, its time starting afresh; a looping run goes round to its
+    // last page. False when the run is not going or, once through, is at its first page.
+    bool previous();
+    // Holds the page shown and what is left of its time; resume() goes on from there.
+    bool pause();
+    bool resume();
+    bool paused() const { return m_paused; }
+    // The seconds until the next step, as the clock reads now (the held time while paused).
+    double secondsToNext() const;
+
 private:
+    // Opens the page at RunPos now and begins its wait.
+    void step();
+
     QStringList m_urls;
+    bool m_paused = false;
+    double m_heldSeconds = 0; // what was left of the wait when the run was paused
 };

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "NewWindowGate.h"
-
 #include <QPointer>
 #include <QWidget>
 
@@ -23,6 +21,7 @@ class QTabWidget;
 class QTimer;
 class QuickButtons;
 class SurfPanel;
+class Verbs;
 class WebForm1;
 
 // The main window: the tab strip with Surf, Favorites, Lists, History and Options, the panels
@@ -66,7 +65,9 @@ public:
     void Timer1_Timer();
 
     SurfPanel* surf() const { return m_surf; }
-    WebForm1* webForm() const { return m_webForm; }
+    // What the program does: every button, dialog and door goes through it.
+    Verbs* verbs() const { return m_verbs; }
+    WebForm1* webForm() const;
     QTabWidget* TabStrip1() const { return m_tabStrip; }
     QFrame* Frame2() const { return m_frame2; }
     FavoritesPanel* favoritesPanel() const { return m_favoritesPanel; }
@@ -121,9 +122,8 @@ private:
     HistoryPanel* m_historyPanel;
     OptionsPanel* m_options;
     QPointer<About1> m_about; // the box may be closed and deleted at any time
-    NewWindowGate m_newWindowGate;
     HelpWindow* m_help = nullptr;
-    WebForm1* m_webForm;
+    Verbs* m_verbs;
     QTimer* m_timer;
     std::unique_ptr<ProgramSession> m_session;
     QString m_helpFile;

@@ -1,6 +1,6 @@
 #include "SessionKeeper.h"
 
-#include "EventLog.h"
+#include "watch/EventLog.h"
 #include "core/Clock.h"
 
 namespace {
