@@ -2,7 +2,7 @@
 
 #include "SystemInfo.h"
 #include "widgets/WindowColors.h"
-#include "mainwindow/Vantrel1.h"
+#include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
@@ -19,7 +19,7 @@ namespace {
 const QString kMaker = QStringLiteral("Quorlan Software");
 }
 
-About1::About1(Vantrel1* main) : QWidget(main, Qt::Dialog), m_main(main)
+About1::About1(QWidget* owner, Verbs* verbs) : QWidget(owner, Qt::Dialog), m_verbs(verbs)
 {
     setObjectName(QStringLiteral("About1"));
     setWindowTitle(QStringLiteral("About Vantrel"));
@@ -86,12 +86,12 @@ void About1::Label1_Click()
     // Below eight windows the site gets a window of its own; with eight it takes the current one
     // at once, without the question of the ninth window.
     if (g.WindowCount < kWindowSlots) {
-        m_main->NewBtnAction(true);
+        m_verbs->NewBtnAction(true);
         return;
     }
     if (g.WindowIndex < 1 || g.WindowIndex > kWindowSlots)
         g.WindowIndex = kWindowSlots;
-    m_main->webForm()->Form_LoadGo(g.WindowIndex);
+    m_verbs->pool()->Form_LoadGo(g.WindowIndex);
 }
 
 void About1::closeEvent(QCloseEvent* event)

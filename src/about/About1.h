@@ -4,7 +4,7 @@
 
 class GradientButton;
 class QLabel;
-class Vantrel1;
+class Verbs;
 
 // The about box: the program's icon, name and version, its maker (a click opens the maker's site),
 // the system-information program, and OK.
@@ -13,7 +13,7 @@ class About1 : public QWidget
     Q_OBJECT
 
 public:
-    explicit About1(Vantrel1* main);
+    About1(QWidget* owner, Verbs* verbs);
 
     QLabel* picIcon() const { return m_icon; }
     QLabel* Label1() const { return m_maker; }
@@ -28,7 +28,7 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    Vantrel1* m_main;
+    Verbs* m_verbs;
     QLabel* m_icon;
     QLabel* m_maker;
     GradientButton* m_sysBtn;

@@ -1,6 +1,7 @@
 #include "BrowserFrame.h"
 
 #include "BrowserPage.h"
+#include "DownloadHandler.h"
 #include "core/PageText.h"
 
 #include <QCloseEvent>
@@ -23,6 +24,7 @@
 #include <QWebEngineCertificateError>
 #include <QWebEngineDownloadRequest>
 #include <QWebEngineHistory>
+#include <QWebEnginePage>
 #include <QWebEngineView>
 
 namespace {
@@ -32,6 +34,12 @@ const char kFrameProperty[] = "vantrelFrame";
 BrowserFrame::BrowserFrame(BrowserPage* page) : QWidget(nullptr), m_page(page)
 {
     setObjectName(QStringLiteral("BrowserFrame"));
+    // A download shows in the window whose page started it.
+    DownloadHandler::setWatcher([](QWebEngineDownloadRequest* download) {
+        QWebEnginePage* page = download->page();
+        if (BrowserFrame* frame = page ? frameOfPage(page) : nullptr)
+            frame->showDownload(download);
+    });
     setAttribute(Qt::WA_DeleteOnClose, false); // the pool decides when the window goes
     resize(1024, 768);
 

@@ -1,6 +1,5 @@
 #include "DownloadHandler.h"
 
-#include "BrowserFrame.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -34,13 +33,18 @@ QString freeName(const QString& folder, const QString& wanted)
     return name;
 }
 
-BrowserFrame* frameOf(QWebEngineDownloadRequest* download)
+std::function<void(QWebEngineDownloadRequest*)>& watcher()
 {
-    QWebEnginePage* page = download->page();
-    return page ? BrowserFrame::frameOfPage(page) : nullptr;
+    static std::function<void(QWebEngineDownloadRequest*)> w;
+    return w;
 }
 
 } // namespace
+
+void setWatcher(std::function<void(QWebEngineDownloadRequest*)> w)
+{
+    watcher() = std::move(w);
+}
 
 void attach(QWebEngineProfile* profile)
 {
@@ -50,8 +54,8 @@ void attach(QWebEngineProfile* profile)
                          download->setDownloadDirectory(folder);
                          download->setDownloadFileName(freeName(folder, download->downloadFileName()));
                          download->accept();
-                         if (BrowserFrame* frame = frameOf(download))
-                             frame->showDownload(download);
+                         if (watcher())
+                             watcher()(download);
                      });
 }
 

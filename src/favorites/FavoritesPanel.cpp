@@ -13,7 +13,7 @@
 #include <QFrame>
 #include <QVBoxLayout>
 
-FavoritesPanel::FavoritesPanel(QFrame* sharedPanel, Vantrel1* main)
+FavoritesPanel::FavoritesPanel(QFrame* sharedPanel, Verbs* verbs, SurfPanel* rows, QTabWidget* tabs)
 {
     setObjectName(QStringLiteral("FavoritesPanel"));
     m_tree = new KeyedTree(QStringLiteral("SSTree1"), sharedPanel);
@@ -28,8 +28,8 @@ FavoritesPanel::FavoritesPanel(QFrame* sharedPanel, Vantrel1* main)
     m_frame4 = new QFrame(this);
     m_frame4->setObjectName(QStringLiteral("Frame4"));
     setUpper(m_frame4);
-    m_quickButtons = new QuickButtons(m_frame4, m_distFavBtn, main);
-    m_favorites = new FavoritesTree(m_tree, m_distFavBtn, main);
+    m_quickButtons = new QuickButtons(m_frame4, m_distFavBtn, verbs, tabs);
+    m_favorites = new FavoritesTree(m_tree, m_distFavBtn, verbs, rows);
     m_menu = new FavoritesMenu(m_tree, m_favorites);
     m_watch = new FavoritesWatch(m_tree, m_favorites);
     m_quickButtons->setTree(m_favorites);

@@ -9,7 +9,9 @@ class GradientButton;
 class KeyedTree;
 class QFrame;
 class QuickButtons;
-class Vantrel1;
+class QTabWidget;
+class SurfPanel;
+class Verbs;
 
 // The Favorites tab: the quick buttons (Frame4) above the shared tree panel, Save, Organize and
 // Refresh below it. The Favorites tree SSTree1 and the distribute switch live in the shared panel
@@ -19,7 +21,7 @@ class FavoritesPanel : public SharedTreeTab
     Q_OBJECT
 
 public:
-    FavoritesPanel(QFrame* sharedPanel, Vantrel1* main);
+    FavoritesPanel(QFrame* sharedPanel, Verbs* verbs, SurfPanel* rows, QTabWidget* tabs);
 
     KeyedTree* SSTree1() const { return m_tree; }
     FavoritesTree* favorites() const { return m_favorites; }

@@ -5,7 +5,7 @@
 #include "shortcuts/ShortcutFile.h"
 #include "browser/BrowserWindow.h"
 #include "surf/SurfPanel.h"
-#include "mainwindow/Vantrel1.h"
+#include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
@@ -26,8 +26,8 @@ namespace {
 constexpr double kDragDelaySeconds = 0.2;
 }
 
-FavoritesTree::FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, Vantrel1* main)
-    : QObject(tree), m_tree(tree), m_distribute(distributeButton), m_main(main)
+FavoritesTree::FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, Verbs* verbs, SurfPanel* rows)
+    : QObject(tree), m_tree(tree), m_distribute(distributeButton), m_verbs(verbs), m_rows(rows)
 {
     connect(tree, &KeyedTree::nodeClicked, this, &FavoritesTree::nodeClicked);
     connect(tree, &KeyedTree::nodeDoubleClicked, this, &FavoritesTree::nodeDoubleClicked);
@@ -153,7 +153,7 @@ void FavoritesTree::nodeDoubleClicked(KeyedNode* node)
     Globals& g = globals();
     g.CurrentTitle = FavoritesRelativeName(node->tag());
     g.FavFolderSel = node->tag();
-    m_main->NewBtnAction(g.NewWindowMode);
+    m_verbs->NewBtnAction(g.NewWindowMode);
 }
 
 void FavoritesTree::deleteRequested(KeyedNode* node)
@@ -206,8 +206,8 @@ void FavoritesTree::controlDropped(const QString& sourceTag, const QPoint& pos)
     m_tree->setDropHighlight(target);
     addDroppedPage(target, true);
     // This drop is over: a later drop must not be taken for it.
-    m_main->surf()->RowDragToFavorites = false;
-    m_main->surf()->RowDragToList = false;
+    m_rows->RowDragToFavorites = false;
+    m_rows->RowDragToList = false;
 }
 
 void FavoritesTree::textDropped(const QString& text, const QString& title, const QPoint& pos)
@@ -218,7 +218,7 @@ void FavoritesTree::textDropped(const QString& text, const QString& title, const
     g.CurrentUrl = TextRules::trimSpaces(text);
     // The page's name: the current browser window's page; with no window open, the title that
     // came with the drop, else the address's host.
-    BrowserWindow* window = m_main->webForm()->ie(g.WindowIndex);
+    BrowserWindow* window = m_verbs->pool()->ie(g.WindowIndex);
     if (window)
         g.CurrentTitle = boundedPageText(window->locationName());
     else

@@ -8,7 +8,8 @@
 class GradientButton;
 class KeyedNode;
 class KeyedTree;
-class Vantrel1;
+class SurfPanel;
+class Verbs;
 
 // The Favorites tree, SSTree1: the user's Favorites folder as folders and shortcuts, rebuilt on
 // demand; a click makes a favourite the current page, a double click opens it; pages dropped on
@@ -19,7 +20,7 @@ class FavoritesTree : public QObject
     Q_OBJECT
 
 public:
-    FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, Vantrel1* main);
+    FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, Verbs* verbs, SurfPanel* rows);
 
     KeyedTree* tree() const { return m_tree; }
 
@@ -63,7 +64,8 @@ private:
 
     KeyedTree* m_tree;
     GradientButton* m_distribute;
-    Vantrel1* m_main;
+    Verbs* m_verbs;
+    SurfPanel* m_rows;
     int m_shortcutSelected = 0;
     void readFavorite(const QString& path);
 

@@ -3,7 +3,7 @@
 #include "FavoritesTree.h"
 #include "ShellServices.h"
 #include "shortcuts/ShortcutFile.h"
-#include "mainwindow/Vantrel1.h"
+#include "verbs/Verbs.h"
 #include "core/ButtonFile.h"
 #include "core/Globals.h"
 #include "core/PageText.h"
@@ -43,8 +43,8 @@ QString caption(const QString& relativeName)
 
 } // namespace
 
-QuickButtons::QuickButtons(QWidget* buttonFrame, GradientButton* distribute, Vantrel1* main)
-    : QObject(buttonFrame), m_frame(buttonFrame), m_distribute(distribute), m_main(main)
+QuickButtons::QuickButtons(QWidget* buttonFrame, GradientButton* distribute, Verbs* verbs, QTabWidget* tabs)
+    : QObject(buttonFrame), m_frame(buttonFrame), m_distribute(distribute), m_verbs(verbs), m_tabs(tabs)
 {
     auto* grid = new QGridLayout(buttonFrame);
     grid->setContentsMargins(0, 0, 0, 0);
@@ -117,7 +117,7 @@ void QuickButtons::FavBtn_Click(int index)
         return;
     g.CurrentUrl = button->tag();
     g.CurrentTitle = button->toolTip();
-    m_main->NewBtnAction(g.NewWindowMode);
+    m_verbs->NewBtnAction(g.NewWindowMode);
 }
 
 void QuickButtons::FavBtn_DragDrop(int index, const QString&)
@@ -137,7 +137,7 @@ void QuickButtons::SaveBtn_Click()
 
 void QuickButtons::DistFavBtn_Click()
 {
-    const int tab = m_main->TabStrip1()->currentIndex() + 1;
+    const int tab = m_tabs->currentIndex() + 1;
     QString hint = kHintOff;
     HistoryToFavorites = false;
     if (m_distribute->value()) {

@@ -7,7 +7,8 @@
 class FavoritesTree;
 class GradientButton;
 class QWidget;
-class Vantrel1;
+class QTabWidget;
+class Verbs;
 
 // The 32 quick-access page buttons FavBtn_0 .. FavBtn_31, four to a row. A favourite dragged from the
 // Favorites tree onto a button is put on it (with the shortcut's icon); a click opens the button's page. The
@@ -21,7 +22,7 @@ public:
     static constexpr int kButtonCount = 32;
 
     // The buttons are made in `buttonFrame`; `distribute` is DistFavBtn.
-    QuickButtons(QWidget* buttonFrame, GradientButton* distribute, Vantrel1* main);
+    QuickButtons(QWidget* buttonFrame, GradientButton* distribute, Verbs* verbs, QTabWidget* tabs);
     void setTree(FavoritesTree* tree) { m_tree = tree; }
 
     GradientButton* FavBtn(int index) const { return m_buttons.at(size_t(index)); }
@@ -44,7 +45,8 @@ private:
 
     QWidget* m_frame;
     GradientButton* m_distribute;
-    Vantrel1* m_main;
+    Verbs* m_verbs;
+    QTabWidget* m_tabs;
     FavoritesTree* m_tree = nullptr;
     std::array<GradientButton*, kButtonCount> m_buttons{};
 };

@@ -14,7 +14,7 @@ KeyedTree* HistoryPanel::SSTree3() const
     return m_tree;
 }
 
-HistoryPanel::HistoryPanel(Vantrel1* main)
+HistoryPanel::HistoryPanel(Verbs* verbs)
 {
     setObjectName(QStringLiteral("HistoryPanel"));
     m_frame5 = new QFrame(this);
@@ -25,7 +25,7 @@ HistoryPanel::HistoryPanel(Vantrel1* main)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_tree);
     setUpper(m_frame5);
-    m_history = new HistoryTree(m_tree, main);
+    m_history = new HistoryTree(m_tree, verbs);
     // Whoever looks at the tree sees all of it.
     m_tree->installEventFilter(this);
 

@@ -6,7 +6,7 @@ class GradientButton;
 class HistoryTree;
 class KeyedTree;
 class QFrame;
-class Vantrel1;
+class Verbs;
 
 // The History tab: the history tree SSTree3 above the shared Favorites tree panel, Save and Clear
 // below it.
@@ -15,7 +15,7 @@ class HistoryPanel : public SharedTreeTab
     Q_OBJECT
 
 public:
-    explicit HistoryPanel(Vantrel1* main);
+    explicit HistoryPanel(Verbs* verbs);
 
     // The history tree, its pages in place.
     KeyedTree* SSTree3() const;

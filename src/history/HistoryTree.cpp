@@ -1,6 +1,6 @@
 #include "HistoryTree.h"
 
-#include "mainwindow/Vantrel1.h"
+#include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -18,7 +18,7 @@ constexpr int kLoadDelayMs = 500;
 
 } // namespace
 
-HistoryTree::HistoryTree(KeyedTree* tree, Vantrel1* main) : QObject(tree), m_tree(tree), m_main(main)
+HistoryTree::HistoryTree(KeyedTree* tree, Verbs* verbs) : QObject(tree), m_tree(tree), m_verbs(verbs)
 {
     connect(tree, &KeyedTree::nodeDoubleClicked, this, &HistoryTree::nodeDoubleClicked);
     connect(tree, &KeyedTree::mousePressed, this, &HistoryTree::mousePressed);
@@ -97,7 +97,7 @@ void HistoryTree::nodeDoubleClicked(KeyedNode* node)
         return;
     Globals& g = globals();
     g.CurrentUrl = node->tag();
-    m_main->NewBtnAction(g.NewWindowMode);
+    m_verbs->NewBtnAction(g.NewWindowMode);
 }
 
 void HistoryTree::mousePressed(const QPoint& pos, Qt::MouseButton)

@@ -5,7 +5,7 @@
 
 class KeyedNode;
 class KeyedTree;
-class Vantrel1;
+class Verbs;
 
 // The history tree, SSTree3: one group per browser window ("Internet Explorer 1" .. "Internet
 // Explorer 8") and under it every page that window showed, each once (key = address + "/" +
@@ -15,7 +15,7 @@ class HistoryTree : public QObject
     Q_OBJECT
 
 public:
-    HistoryTree(KeyedTree* tree, Vantrel1* main);
+    HistoryTree(KeyedTree* tree, Verbs* verbs);
 
     KeyedTree* tree() const { return m_tree; }
 
@@ -39,7 +39,7 @@ public:
 
 private:
     KeyedTree* m_tree;
-    Vantrel1* m_main;
+    Verbs* m_verbs;
     QPoint m_pressPos;
     bool m_pagePressed = false;
     bool m_loadPending = false;

@@ -3,7 +3,6 @@
 #include "ListsMenu.h"
 #include "ListsTree.h"
 #include "RunList1.h"
-#include "mainwindow/Vantrel1.h"
 #include "verbs/Verbs.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -19,7 +18,8 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
-ListsPanel::ListsPanel(QComboBox* listNames, Verbs* verbs, Vantrel1* main) : m_verbs(verbs), m_main(main)
+ListsPanel::ListsPanel(QComboBox* listNames, Verbs* verbs, SurfPanel* rows, FavoritesTree* favorites)
+    : m_verbs(verbs), m_listNames(listNames)
 {
     setObjectName(QStringLiteral("ListsPanel"));
     m_frame3 = new QFrame(this);
@@ -30,7 +30,7 @@ ListsPanel::ListsPanel(QComboBox* listNames, Verbs* verbs, Vantrel1* main) : m_v
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(m_tree);
     setUpper(m_frame3);
-    m_lists = new ListsTree(m_tree, listNames, main);
+    m_lists = new ListsTree(m_tree, listNames, verbs, rows, favorites);
     m_menu = new ListsMenu(m_tree, m_lists);
 
     m_saveListBtn = new GradientButton(QStringLiteral("SaveListBtn"), QStringLiteral("Save"), this);
@@ -130,7 +130,7 @@ void ListsPanel::focusRunDialog()
 {
     if (!m_runDialog)
         return;
-    keepAboveOwner(m_runDialog, m_main);
+    keepAboveOwner(m_runDialog, window());
     m_runDialog->show();
     m_runDialog->raise();
     m_runDialog->activateWindow();
@@ -145,7 +145,10 @@ void ListsPanel::RunListBtn_Click()
         return;
     }
     if (!m_runDialog)
-        m_runDialog = new RunList1(m_main);
+    {
+        m_runDialog = new RunList1(window(), m_verbs, m_listNames);
+        connect(m_runDialog, &RunList1::helpRequested, this, &ListsPanel::helpRequested);
+    }
     m_runDialog->Form_Load();
     focusRunDialog();
 }

@@ -15,7 +15,8 @@ class QComboBox;
 class QFrame;
 class RunList1;
 class RunWatch;
-class Vantrel1;
+class FavoritesTree;
+class SurfPanel;
 class Verbs;
 
 // The Lists tab: the lists tree SSTree2 above the shared Favorites tree panel, Save, Run and New
@@ -25,7 +26,7 @@ class ListsPanel : public SharedTreeTab
     Q_OBJECT
 
 public:
-    ListsPanel(QComboBox* listNames, Verbs* verbs, Vantrel1* main);
+    ListsPanel(QComboBox* listNames, Verbs* verbs, SurfPanel* rows, FavoritesTree* favorites);
 
     KeyedTree* SSTree2() const { return m_tree; }
     ListsTree* lists() const { return m_lists; }
@@ -55,13 +56,17 @@ public:
     // Closes the run dialog (at shutdown).
     void unloadRunDialog();
 
+signals:
+    // The run dialog's Help button.
+    void helpRequested();
+
 private:
     void focusRunDialog();
     void runCompleted(Caller startedBy);
     void runListTooLong(Caller startedBy);
 
     Verbs* m_verbs;
-    Vantrel1* m_main;
+    QComboBox* m_listNames;
     QFrame* m_frame3;
     KeyedTree* m_tree;
     ListsTree* m_lists;

@@ -1,7 +1,7 @@
 #include "ListsTree.h"
 
 #include "surf/SurfPanel.h"
-#include "mainwindow/Vantrel1.h"
+#include "verbs/Verbs.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/ListFile.h"
@@ -19,8 +19,8 @@ const QString kNewList = QStringLiteral("New List");
 
 } // namespace
 
-ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Vantrel1* main)
-    : QObject(tree), m_tree(tree), m_listNames(listNames), m_main(main)
+ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPanel* rows, FavoritesTree* favorites)
+    : QObject(tree), m_tree(tree), m_listNames(listNames), m_verbs(verbs), m_rows(rows), m_favorites(favorites)
 {
     tree->setLabelEditEnabled(true);
     connect(tree, &KeyedTree::controlDropped, this, &ListsTree::controlDropped);
@@ -160,7 +160,7 @@ bool ListsTree::AddPageToList()
     if (!AddPageNode(DropNodeKey))
         return false; // already in that list: nothing happens, nothing is said
     globals().ListsChanged = true;
-    m_main->surf()->RowDragToList = false;
+    m_rows->RowDragToList = false;
     return true;
 }
 
@@ -190,7 +190,7 @@ void ListsTree::textDropped(const QString& text, const QString&, const QPoint& p
     Globals& g = globals();
     if (g.WindowIndex < 1 || g.WindowIndex > kWindowSlots)
         return;
-    const GradientButton* row = m_main->surf()->Button(g.WindowIndex - 1);
+    const GradientButton* row = m_rows->Button(g.WindowIndex - 1);
     if (row->tag().trimmed().isEmpty())
         return;
     g.CurrentUrl = row->tag();
@@ -209,9 +209,9 @@ void ListsTree::linksDropped(const QStringList& addresses, const QPoint& pos)
 void ListsTree::mousePressed()
 {
     // A drag begun in the Favorites or the history tree ends here, so that it drops on the lists.
-    m_main->favorites()->endDrag();
-    m_main->surf()->RowDragToFavorites = false;
-    m_main->surf()->RowDragToList = false;
+    m_favorites->endDrag();
+    m_rows->RowDragToFavorites = false;
+    m_rows->RowDragToList = false;
 }
 
 void ListsTree::nodeDoubleClicked(KeyedNode* node)
@@ -220,7 +220,7 @@ void ListsTree::nodeDoubleClicked(KeyedNode* node)
         return;
     Globals& g = globals();
     g.CurrentUrl = node->tag();
-    m_main->NewBtnAction(g.NewWindowMode);
+    m_verbs->NewBtnAction(g.NewWindowMode);
 }
 
 void ListsTree::labelEdited(KeyedNode* node, const QString& oldText, const QString& newText)

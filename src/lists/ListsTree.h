@@ -9,7 +9,9 @@
 class KeyedNode;
 class KeyedTree;
 class QComboBox;
-class Vantrel1;
+class FavoritesTree;
+class SurfPanel;
+class Verbs;
 
 // The favourite lists tree, SSTree2: each list is a top-level node, its pages are its children
 // (key = address + "/" + list name, tag = address, list tag = list name). Lists are made with
@@ -23,7 +25,7 @@ class ListsTree : public QObject
 public:
     static constexpr int kRunCapacity = 251;
 
-    ListsTree(KeyedTree* tree, QComboBox* listNames, Vantrel1* main);
+    ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPanel* rows, FavoritesTree* favorites);
 
     KeyedTree* tree() const { return m_tree; }
 
@@ -81,5 +83,7 @@ private:
 
     KeyedTree* m_tree;
     QComboBox* m_listNames;
-    Vantrel1* m_main;
+    Verbs* m_verbs;
+    SurfPanel* m_rows;
+    FavoritesTree* m_favorites;
 };

@@ -2,7 +2,6 @@
 
 #include "verbs/Verbs.h"
 #include "widgets/WindowColors.h"
-#include "mainwindow/Vantrel1.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "widgets/GradientButton.h"
@@ -36,7 +35,8 @@ const QList<QPair<QString, int>>& RunList1::intervals()
     return table;
 }
 
-RunList1::RunList1(Vantrel1* main) : QWidget(main, Qt::Window), m_main(main)
+RunList1::RunList1(QWidget* owner, Verbs* verbs, const QComboBox* listNames)
+    : QWidget(owner, Qt::Window), m_owner(owner), m_verbs(verbs), m_listNames(listNames)
 {
     setObjectName(QStringLiteral("RunList1"));
     setWindowTitle(QStringLiteral("Run List of Web Pages"));
@@ -95,7 +95,7 @@ RunList1::RunList1(Vantrel1* main) : QWidget(main, Qt::Window), m_main(main)
 
     connect(m_go, &GradientButton::clicked, this, &RunList1::GoBtn_Click);
     connect(m_cancel, &GradientButton::clicked, this, &RunList1::close);
-    connect(m_help, &GradientButton::clicked, m_main, &Vantrel1::showHelp);
+    connect(m_help, &GradientButton::clicked, this, &RunList1::helpRequested);
 }
 
 RunList1::~RunList1() = default;
@@ -105,7 +105,7 @@ void RunList1::Form_Load()
     Globals& g = globals();
     m_unloaded = false;
     m_lists->clear();
-    const QComboBox* names = m_main->CMBLIST();
+    const QComboBox* names = m_listNames;
     for (int i = 0; i < names->count(); ++i)
         m_lists->addItem(names->itemText(i));
     // With a single list the user picks it: nothing is chosen for them.
@@ -113,7 +113,7 @@ void RunList1::Form_Load()
     if (m_times->count() > 1)
         m_times->setCurrentIndex(kDefaultInterval);
     // The dialog opens beside the main window.
-    const int left = pixelsToTwips(m_main->x()) <= 4000 ? 5000 : 1000;
+    const int left = pixelsToTwips(m_owner->x()) <= 4000 ? 5000 : 1000;
     move(twipsToPixels(left), y());
     keepOnScreen(this); // its title bar, too, so that it can be read and dragged
     g.NextRunItem = 1;
@@ -136,7 +136,7 @@ void RunList1::GoBtn_Click()
     choice.loop = m_loop->isChecked();
     choice.severalWindows = m_multi->isChecked();
     choice.keepPagesLoaded = m_keep->isChecked();
-    m_main->verbs()->runList(choice);
+    m_verbs->runList(choice);
 }
 
 void RunList1::Form_Unload()
@@ -145,7 +145,7 @@ void RunList1::Form_Unload()
         return;
     m_unloaded = true;
     // Closing the dialog ends a run completely: the next Go starts at the list's first page.
-    m_main->verbs()->stopRun();
+    m_verbs->stopRun();
     globals().RunListShown = false;
 }
 

@@ -6,7 +6,7 @@ class GradientButton;
 class QCheckBox;
 class QComboBox;
 class QLabel;
-class Vantrel1;
+class Verbs;
 
 // The run dialog "Run List of Web Pages": choose a list, the time between pages, one window or
 // several, once or in a loop, and Go. Closing it stops a run at once.
@@ -15,7 +15,8 @@ class RunList1 : public QWidget
     Q_OBJECT
 
 public:
-    explicit RunList1(Vantrel1* main);
+    // `owner`: the window it opens beside; `listNames`: the lists to offer.
+    RunList1(QWidget* owner, Verbs* verbs, const QComboBox* listNames);
     ~RunList1() override;
 
     QComboBox* CMBLIST() const { return m_lists; }
@@ -34,13 +35,18 @@ public:
     void GoBtn_Click();
     void Form_Unload();
 
+signals:
+    void helpRequested();
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
 private:
-    Vantrel1* m_main;
+    QWidget* m_owner;
+    Verbs* m_verbs;
+    const QComboBox* m_listNames;
     QComboBox* m_lists;
     QComboBox* m_times;
     QCheckBox* m_multi;

@@ -87,10 +87,15 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
 
     m_verbs = new Verbs(this);
     m_surf->setVerbs(m_verbs);
-    m_options = new OptionsPanel(this);
-    m_favoritesPanel = new FavoritesPanel(m_frame2, this);
-    m_listsPanel = new ListsPanel(m_options->CMBLIST(), m_verbs, this);
-    m_historyPanel = new HistoryPanel(this);
+    m_options = new OptionsPanel;
+    m_favoritesPanel = new FavoritesPanel(m_frame2, m_verbs, m_surf, m_tabStrip);
+    m_listsPanel = new ListsPanel(m_options->CMBLIST(), m_verbs, m_surf, m_favoritesPanel->favorites());
+    m_historyPanel = new HistoryPanel(m_verbs);
+    connect(m_options, &OptionsPanel::colorsApplied, this, &Vantrel1::ApplyColors);
+    connect(m_options, &OptionsPanel::moreOptionsApplied, m_favoritesPanel->watch(), &FavoritesWatch::applySetting);
+    connect(m_listsPanel, &ListsPanel::helpRequested, this, &Vantrel1::showHelp);
+    connect(m_options, &OptionsPanel::helpRequested, this, &Vantrel1::showHelp);
+    connect(m_options, &OptionsPanel::aboutRequested, this, &Vantrel1::AboutBtn_Click);
     // Every document a browser window completes is recorded under that window's group.
     connect(webForm(), &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
     for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
@@ -236,7 +241,7 @@ About1* Vantrel1::aboutBox() const
 void Vantrel1::AboutBtn_Click()
 {
     if (!m_about)
-        m_about = new About1(this);
+        m_about = new About1(this, m_verbs);
     if (!globals().AboutShown)
         m_about->Form_Load();
     keepAboveOwner(m_about, this);

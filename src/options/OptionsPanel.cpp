@@ -1,14 +1,11 @@
 #include "OptionsPanel.h"
 
-#include "mainwindow/Vantrel1.h"
 #include "MoreOptions.h"
 #include "core/ColorsFile.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/OptionsFile.h"
 #include "core/RunError.h"
-#include "favorites/FavoritesPanel.h"
-#include "favorites/FavoritesWatch.h"
 #include "widgets/ColorSwatch.h"
 #include "widgets/GradientButton.h"
 #include "widgets/Twips.h"
@@ -80,7 +77,7 @@ void showError(const RunError& error)
 
 } // namespace
 
-OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
+OptionsPanel::OptionsPanel()
 {
     setObjectName(QStringLiteral("OptionsPanel"));
     m_frame = new QGroupBox(QStringLiteral(" Program Options "));
@@ -192,8 +189,8 @@ OptionsPanel::OptionsPanel(Vantrel1* main) : m_main(main)
     layout->addWidget(m_commands);
 
     connect(m_apply, &GradientButton::clicked, this, &OptionsPanel::WinOptnBtn_Click);
-    connect(m_help, &GradientButton::clicked, main, &Vantrel1::showHelp);
-    connect(m_about, &GradientButton::clicked, main, &Vantrel1::AboutBtn_Click);
+    connect(m_help, &GradientButton::clicked, this, &OptionsPanel::helpRequested);
+    connect(m_about, &GradientButton::clicked, this, &OptionsPanel::aboutRequested);
     connect(m_more, &GradientButton::clicked, this, &OptionsPanel::MoreOptionsBtn_Click);
 }
 
@@ -230,8 +227,9 @@ void OptionsPanel::ReadOptionControls()
     Globals& g = globals();
     // A little grow and shrink makes the window lay itself out anew.
     const int oneStep = std::max(1, twipsToPixels(15));
-    m_main->resize(m_main->width(), m_main->height() + oneStep);
-    m_main->resize(m_main->width(), m_main->height() - oneStep);
+    QWidget* main = window();
+    main->resize(main->width(), main->height() + oneStep);
+    main->resize(main->width(), main->height() - oneStep);
 
     g.OptBold = m_chkBold->isChecked();
     g.OptStartUrl = m_chkStartUrl->isChecked();
@@ -257,11 +255,11 @@ MoreOptions* OptionsPanel::moreOptions() const
 void OptionsPanel::MoreOptionsBtn_Click()
 {
     if (!m_moreOptions) {
-        m_moreOptions = new MoreOptions(m_main);
-        connect(m_moreOptions, &MoreOptions::applied, m_main->favoritesPanel()->watch(), &FavoritesWatch::applySetting);
+        m_moreOptions = new MoreOptions(window());
+        connect(m_moreOptions, &MoreOptions::applied, this, &OptionsPanel::moreOptionsApplied);
     }
     m_moreOptions->showSettings();
-    keepAboveOwner(m_moreOptions, m_main);
+    keepAboveOwner(m_moreOptions, window());
     m_moreOptions->show();
     keepOnScreen(m_moreOptions);
     m_moreOptions->raise();
@@ -288,5 +286,5 @@ void OptionsPanel::WinOptnBtn_Click()
     SaveColors();
     ReadOptionControls();
     SaveOptions();
-    m_main->ApplyColors();
+    emit colorsApplied();
 }

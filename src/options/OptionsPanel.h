@@ -13,7 +13,6 @@ class QComboBox;
 class QGroupBox;
 class QLineEdit;
 class QRadioButton;
-class Vantrel1;
 
 // The Options tab: the start-up address and list, the new-window address, the start-up and window
 // choices, the text style, the ten window colours, and Apply, which saves and applies them all.
@@ -22,7 +21,7 @@ class OptionsPanel : public QWidget
     Q_OBJECT
 
 public:
-    explicit OptionsPanel(Vantrel1* main);
+    OptionsPanel();
 
     QComboBox* CMBLIST() const { return m_cmbList; }
     QLineEdit* Text2(int i) const { return m_text2.at(size_t(i)); }
@@ -50,8 +49,16 @@ public:
     // Apply: colours read and saved, options read and saved, everything painted anew.
     void WinOptnBtn_Click();
 
+signals:
+    // Apply saved new colours and options: the main window paints itself with them.
+    void colorsApplied();
+    // The settings of More Options were applied.
+    void moreOptionsApplied();
+    // The Help and About buttons.
+    void helpRequested();
+    void aboutRequested();
+
 private:
-    Vantrel1* m_main;
     QGroupBox* m_frame;
     QComboBox* m_cmbList;
     std::array<QLineEdit*, 2> m_text2{};

@@ -165,7 +165,7 @@ void SurfPanel::setVerbs(Verbs* verbs)
 {
     m_verbs = verbs;
     WebForm1* pool = verbs->pool();
-    m_states = new WindowStates(this);
+    m_states = new WindowStates(m_button, this);
     connect(verbs, &Verbs::pageOpening, m_frame8, &QWidget::hide);
     connect(verbs, &Verbs::rowsCleared, this, &SurfPanel::setAllRowsNormal);
     connect(verbs, &Verbs::windowShown, this, &SurfPanel::showWindowShown);

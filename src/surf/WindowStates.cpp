@@ -1,6 +1,5 @@
 #include "WindowStates.h"
 
-#include "SurfPanel.h"
 #include "widgets/GradientButton.h"
 
 #include <QApplication>
@@ -31,10 +30,11 @@ QIcon iconOf(PageRecovery::State state)
 }
 } // namespace
 
-WindowStates::WindowStates(SurfPanel* rows) : QObject(rows), m_rows(rows)
+WindowStates::WindowStates(const std::array<GradientButton*, 8>& rows, QObject* parent)
+    : QObject(parent), m_rows(rows)
 {
     for (int slot = 1; slot <= int(m_badges.size()); ++slot) {
-        GradientButton* row = rows->Button(slot - 1);
+        GradientButton* row = m_rows[size_t(slot - 1)];
         auto* badge = new QLabel(row);
         badge->setObjectName(QStringLiteral("RowState_%1").arg(slot - 1));
         badge->setFixedSize(kBadgeSize, kBadgeSize);
@@ -54,7 +54,7 @@ void WindowStates::show(int slot, PageRecovery::State state, const QString& tool
     QLabel* label = badge(slot);
     if (!label)
         return;
-    GradientButton* row = m_rows->Button(slot - 1);
+    GradientButton* row = m_rows[size_t(slot - 1)];
     const bool visible = state != PageRecovery::State::Idle;
     label->setPixmap(iconOf(state).pixmap(kBadgeSize, kBadgeSize));
     label->setToolTip(toolTip);

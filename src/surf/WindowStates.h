@@ -6,8 +6,8 @@
 
 #include <array>
 
+class GradientButton;
 class QLabel;
-class SurfPanel;
 
 // The small picture beside each Surf row's caption that tells how its window's page is doing:
 // loading, shown, failed and trying again, crashed and reloading, given up. Its own tool tip says
@@ -17,12 +17,13 @@ class WindowStates : public QObject
     Q_OBJECT
 
 public:
-    explicit WindowStates(SurfPanel* rows);
+    // `rows`: the eight row buttons, slot 1 first; the pictures sit on them.
+    WindowStates(const std::array<GradientButton*, 8>& rows, QObject* parent);
 
     void show(int slot, PageRecovery::State state, const QString& toolTip);
     QLabel* badge(int slot) const;
 
 private:
-    SurfPanel* m_rows;
+    std::array<GradientButton*, 8> m_rows;
     std::array<QLabel*, 8> m_badges{};
 };

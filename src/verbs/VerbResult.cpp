@@ -1,0 +1,32 @@
+#include "VerbResult.h"
+
+QString VerbResult::reason() const
+{
+    switch (code) {
+    case Ok:
+        return QString();
+    case AllWindowsOpen:
+        return QStringLiteral("all eight windows are open");
+    case Declined:
+        return QStringLiteral("the person at the screen said no");
+    case NoSuchSlot:
+        return QStringLiteral("there is no window %1: the windows are 1 to 8").arg(detail);
+    case SlotEmpty:
+        return QStringLiteral("window %1 is not open").arg(detail);
+    case SlotTaken:
+        return QStringLiteral("window %1 is open already").arg(detail);
+    case NoSuchList:
+        return QStringLiteral("there is no list named \"%1\"").arg(detail);
+    case EmptyList:
+        return QStringLiteral("the list \"%1\" has no pages").arg(detail);
+    case BadInterval:
+        return QStringLiteral("%1 seconds is no time between pages").arg(detail);
+    case NotRunning:
+        return QStringLiteral("no list is running");
+    case NoPageThere:
+        return QStringLiteral("the run has no page there");
+    case NotAWebAddress:
+        return QStringLiteral("\"%1\" is not a web address").arg(detail);
+    }
+    return QString();
+}
