@@ -1,10 +1,11 @@
 #pragma once
 
+#include "verbs/Caller.h"
 #include "widgets/SharedTreeTab.h"
 
 #include <QPointer>
 
-enum class Caller;
+
 class GradientButton;
 class KeptPages;
 class KeyedTree;

@@ -1,13 +1,11 @@
 #include "Verbs.h"
 
+#include "TimedRun.h"
 #include "WebForm1.h"
 #include "browser/BrowserWindow.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
-#include "settings/VantrelConf.h"
-#include "watch/EventLog.h"
-#include "watch/RunWatch.h"
 #include "watch/WindowRecovery.h"
 
 #include <QMetaObject>
@@ -22,23 +20,16 @@ bool isSlot(int slot)
     return slot >= 1 && slot <= kWindowSlots;
 }
 
-double nowSeconds()
-{
-    return double(Clock::localNow().toMSecsSinceEpoch()) / 1000.0;
-}
-
 } // namespace
 
-Verbs::Verbs(QObject* parent) : QObject(parent), m_pool(new WebForm1(this)), m_runWatch(new RunWatch(this))
+Verbs::Verbs(QObject* parent) : QObject(parent), m_pool(new WebForm1(this)), m_run(new TimedRun(this, this))
 {
     setObjectName(QStringLiteral("Verbs"));
     followPool();
-    m_run.openPage = [this](bool multi) { openRunPage(multi); };
-    m_run.showComplete = [this] {
-        m_runWatch->completed();
-        emit runCompleted(m_runCaller);
-    };
-    m_run.focusDialog = [this] { emit runDialogWanted(); };
+    connect(m_run, &TimedRun::completed, this, &Verbs::runCompleted);
+    connect(m_run, &TimedRun::dialogWanted, this, &Verbs::runDialogWanted);
+    connect(m_run, &TimedRun::listTooLong, this, &Verbs::runListTooLong);
+    connect(m_run, &TimedRun::changed, this, &Verbs::noteChange);
 }
 
 Verbs::~Verbs() = default;
@@ -154,7 +145,7 @@ VerbResult Verbs::NewBtnAction(bool newWindow, Caller caller)
 
     // A timed run with all eight windows open goes round windows 1 to 8.
     if (g.RunListLoop) {
-        m_run.restart();
+        m_run->run().restart();
         g.RunListMulti = false;
     }
     if (g.WindowCount == kWindowSlots) {
@@ -270,197 +261,6 @@ void Verbs::setNewWindowMode(bool newWindows)
     noteChange();
 }
 
-// ---- the timed run -------------------------------------------------------------------------
-
-bool Verbs::BuildRunList(const QString& upperName, bool* overflow)
-{
-    QStringList urls;
-    bool tooLong = false;
-    const QList<ListPageState> pages = m_lists.pages ? m_lists.pages(upperName) : QList<ListPageState>();
-    for (const ListPageState& page : pages) {
-        if (urls.size() >= kRunCapacity) {
-            tooLong = true; // a run holds at most 251 pages
-            break;
-        }
-        urls.append(page.address);
-    }
-    m_run.setPages(urls);
-    m_kept.start(0, false, false); // a run that keeps pages asks for it itself
-    if (overflow)
-        *overflow = tooLong;
-    return !urls.isEmpty();
-}
-
-VerbResult Verbs::startRun(const RunChoice& choice, Caller caller)
-{
-    Globals& g = globals();
-    if (caller == Caller::Outside) {
-        // A caller that is not at the screen gets a reason instead of a run that ends at once.
-        if (choice.intervalSeconds <= 0)
-            return VerbResult::failed(VerbResult::BadInterval, QString::number(choice.intervalSeconds));
-        const QStringList names = m_lists.names ? m_lists.names() : QStringList();
-        bool known = false;
-        for (const QString& name : names)
-            known = known || name.toUpper() == choice.list.toUpper();
-        if (!known)
-            return VerbResult::failed(VerbResult::NoSuchList, choice.list);
-        if (!m_lists.pages || m_lists.pages(choice.list.toUpper()).isEmpty())
-            return VerbResult::failed(VerbResult::EmptyList, choice.list);
-    }
-    // A run asked for from outside starts at its first page; the run dialog's Go, pressed again
-    // while its run goes, changes the choices and goes on where the run was, as it always has.
-    if (caller == Caller::Outside && g.RunListRunning)
-        m_run.stop();
-    m_choice = choice;
-    m_runCaller = caller;
-    g.RunListMulti = choice.severalWindows;
-    g.RunListLoop = choice.loop;
-    g.RunListRunning = true;
-    g.RunListName = choice.list;
-    g.RunInterval = choice.intervalSeconds;
-    bool overflow = false;
-    BuildRunList(g.RunListName.toUpper(), &overflow);
-    m_kept.start(m_run.RunCount(), choice.keepPagesLoaded, choice.severalWindows);
-    if (g.WindowIndex > 0)
-        g.NextRunItem = g.WindowIndex; // a one-window run goes on in the window used last
-    if (overflow)
-        emit runListTooLong(caller);
-    noteChange();
-    return VerbResult::done();
-}
-
-VerbResult Verbs::runList(const RunChoice& choice, Caller caller)
-{
-    return startRun(choice, caller);
-}
-
-VerbResult Verbs::runStartupList(const QString& list)
-{
-    Globals& g = globals();
-    g.RunListName = list;
-    bool overflow = false;
-    if (!BuildRunList(g.RunListName.toUpper(), &overflow))
-        return VerbResult::failed(VerbResult::EmptyList, list);
-    m_choice = RunChoice{list, g.RunInterval, false, true, false};
-    m_runCaller = Caller::Person;
-    g.RunListRunning = true;
-    g.RunListLoop = false;
-    g.RunListMulti = true; // each page in a window of its own, once through
-    if (overflow)
-        emit runListTooLong(Caller::Person);
-    noteChange();
-    return VerbResult::done();
-}
-
-VerbResult Verbs::resumeRunAt(const RunChoice& choice, int position)
-{
-    startRun(choice, Caller::Person);
-    if (!globals().RunListRunning || m_run.RunCount() == 0) {
-        m_run.stop();
-        noteChange();
-        return VerbResult::failed(VerbResult::EmptyList, choice.list);
-    }
-    m_run.RunPos = std::clamp(position, 0, m_run.RunCount());
-    m_run.RunStart = 0;
-    return VerbResult::done();
-}
-
-VerbResult Verbs::stopRun()
-{
-    Globals& g = globals();
-    if (!g.RunListRunning) {
-        g.RunListLoop = false;
-        g.RunListMulti = false;
-        return VerbResult::failed(VerbResult::NotRunning);
-    }
-    m_run.stop();
-    g.RunListLoop = false;
-    g.RunListMulti = false;
-    noteChange();
-    return VerbResult::done();
-}
-
-VerbResult Verbs::nextPage()
-{
-    if (!globals().RunListRunning)
-        return VerbResult::failed(VerbResult::NotRunning);
-    if (!m_run.next())
-        return VerbResult::failed(VerbResult::NoPageThere);
-    noteChange();
-    return VerbResult::done();
-}
-
-VerbResult Verbs::previousPage()
-{
-    if (!globals().RunListRunning)
-        return VerbResult::failed(VerbResult::NotRunning);
-    if (!m_run.previous())
-        return VerbResult::failed(VerbResult::NoPageThere);
-    noteChange();
-    return VerbResult::done();
-}
-
-VerbResult Verbs::pauseRun()
-{
-    if (!globals().RunListRunning)
-        return VerbResult::failed(VerbResult::NotRunning);
-    if (m_run.pause()) {
-        EventLog::write(QStringLiteral("run paused: %1 at page %2").arg(globals().RunListName).arg(m_run.RunPos));
-        noteChange();
-    }
-    return VerbResult::done();
-}
-
-VerbResult Verbs::resumeRun()
-{
-    if (!globals().RunListRunning)
-        return VerbResult::failed(VerbResult::NotRunning);
-    if (m_run.resume()) {
-        EventLog::write(QStringLiteral("run resumed: %1").arg(globals().RunListName));
-        noteChange();
-    }
-    return VerbResult::done();
-}
-
-void Verbs::openRunPage(bool multi)
-{
-    if (showKeptPage())
-        return;
-    m_pool->RunNavigating = true;
-    NewBtnAction(multi, m_runCaller);
-    m_pool->RunNavigating = false;
-    m_kept.loaded(m_run.RunPos, globals().WindowIndex, nowSeconds());
-}
-
-bool Verbs::showKeptPage()
-{
-    Globals& g = globals();
-    const int position = m_run.RunPos;
-    const int slot = m_kept.keptSlot(position, g.CurrentUrl, [](int s) { return globals().WindowUrl[s]; });
-    if (slot == 0)
-        return false;
-    const double now = nowSeconds();
-    if (m_kept.reloadDue(position, now, 60.0 * VantrelConf::value(VantrelConf::kKeptReloadMinutes))) {
-        g.WindowIndex = slot;
-        m_pool->Form_LoadGo(slot); // loaded again in its own window
-        m_kept.loaded(position, slot, now);
-    } else {
-        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
-    }
-    bringForward(slot);
-    return true;
-}
-
-void Verbs::tick()
-{
-    const int before = m_run.RunPos;
-    const bool running = globals().RunListRunning;
-    m_runWatch->tick(); // a run that was just started is logged before its first page opens
-    m_run.tick();
-    if (m_run.RunPos != before || globals().RunListRunning != running)
-        noteChange();
-}
-
 // ---- the state -----------------------------------------------------------------------------
 
 WindowState Verbs::window(int slot) const
@@ -488,22 +288,95 @@ ProgramState Verbs::state() const
             s.windows.append(window(slot));
     s.currentSlot = isSlot(g.WindowIndex) ? g.WindowIndex : 0;
     s.newWindowMode = g.NewWindowMode;
-    RunState& r = s.run;
-    r.running = g.RunListRunning;
-    if (r.running) {
-        r.list = g.RunListName;
-        r.intervalSeconds = g.RunInterval;
-        r.loop = g.RunListLoop;
-        r.severalWindows = g.RunListMulti;
-        r.keepPagesLoaded = m_choice.keepPagesLoaded;
-        r.count = m_run.RunCount();
-        r.position = m_run.RunPos - 1;
-        r.next = m_run.RunPos;
-        r.paused = m_run.paused();
-        r.secondsToNext = m_run.secondsToNext();
-    }
-    const QStringList names = m_lists.names ? m_lists.names() : QStringList();
-    for (const QString& name : names)
-        s.lists.append({name, m_lists.pages ? m_lists.pages(name.toUpper()) : QList<ListPageState>()});
+    m_run->fill(s.run);
+    for (const QString& name : listNames())
+        s.lists.append({name, listPages(name.toUpper())});
     return s;
+}
+
+QStringList Verbs::listNames() const
+{
+    return m_lists.names ? m_lists.names() : QStringList();
+}
+
+QList<ListPageState> Verbs::listPages(const QString& upperName) const
+{
+    return m_lists.pages ? m_lists.pages(upperName) : QList<ListPageState>();
+}
+
+// ---- the timed run: the rotation does the work -----------------------------------------------
+
+ListRun& Verbs::run()
+{
+    return m_run->run();
+}
+
+KeptPages& Verbs::keptPages()
+{
+    return m_run->keptPages();
+}
+
+RunWatch* Verbs::runWatch() const
+{
+    return m_run->runWatch();
+}
+
+bool Verbs::BuildRunList(const QString& upperName, bool* overflow)
+{
+    return m_run->BuildRunList(upperName, overflow);
+}
+
+VerbResult Verbs::runList(const RunChoice& choice, Caller caller)
+{
+    return m_run->start(choice, caller);
+}
+
+VerbResult Verbs::runStartupList(const QString& list)
+{
+    return m_run->startOnce(list);
+}
+
+VerbResult Verbs::resumeRunAt(const RunChoice& choice, int position)
+{
+    return m_run->startAt(choice, position);
+}
+
+VerbResult Verbs::stopRun()
+{
+    return m_run->stop();
+}
+
+VerbResult Verbs::nextPage()
+{
+    return m_run->next();
+}
+
+VerbResult Verbs::previousPage()
+{
+    return m_run->previous();
+}
+
+VerbResult Verbs::pauseRun()
+{
+    return m_run->pause();
+}
+
+VerbResult Verbs::resumeRun()
+{
+    return m_run->resume();
+}
+
+const RunChoice& Verbs::runChoice() const
+{
+    return m_run->choice();
+}
+
+Caller Verbs::runCaller() const
+{
+    return m_run->caller();
+}
+
+void Verbs::tick()
+{
+    m_run->tick();
 }

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "ListRun.h"
+#include "Caller.h"
 #include "NewWindowGate.h"
 #include "ProgramState.h"
+#include "TimedRun.h"
 #include "VerbResult.h"
-#include "watch/KeptPages.h"
 
 #include <QObject>
 
@@ -14,30 +14,12 @@
 class RunWatch;
 class WebForm1;
 
-// Who asked for a verb. A person at the screen may be asked a question (the eight-window limit);
-// a caller from outside (a command line, a bus, a schedule) never is: it gets a result.
-enum class Caller { Person, Outside };
-
-// Where a page opens: in a new window (the lowest free slot), in the current window, or in the
-// slot given.
-enum class OpenWhere { NewWindow, CurrentWindow, Slot };
-
-// The choices of a timed run of a list, as the run dialog offers them.
-struct RunChoice
-{
-    QString list;
-    int intervalSeconds = 120;
-    bool loop = false;
-    bool severalWindows = false;
-    bool keepPagesLoaded = false;
-};
-
 // What the program does, in one place: open a page where, bring a window forward, close or reload
 // it, run a list and stop, pause, resume, go to the next or previous page; and the state of it all
 // as a value with a signal when it changes. Every door goes through these verbs: the Surf buttons,
 // the trees, the run dialog, the start-up page and list, the session reopened after a crash, the
 // recovery of crashed pages. No widget here: what the windows show follows the signals.
-class Verbs : public QObject
+class Verbs : public QObject, public RunHost
 {
     Q_OBJECT
 
@@ -50,16 +32,19 @@ public:
         std::function<QList<ListPageState>(const QString& upperName)> pages;
     };
     // A run holds at most this many pages; a longer list runs its first ones.
-    static constexpr int kRunCapacity = 251;
+    static constexpr int kRunCapacity = TimedRun::kRunCapacity;
 
     explicit Verbs(QObject* parent = nullptr);
     ~Verbs() override;
 
-    WebForm1* pool() const { return m_pool; }
-    ListRun& run() { return m_run; }
-    KeptPages& keptPages() { return m_kept; }
-    RunWatch* runWatch() const { return m_runWatch; }
+    WebForm1* pool() const override { return m_pool; }
+    ListRun& run();
+    KeptPages& keptPages();
+    RunWatch* runWatch() const;
     void setListsSource(ListsSource source) { m_lists = std::move(source); }
+    // The lists' names, and the pages of the list `upperName` (its name upper-cased).
+    QStringList listNames() const override;
+    QList<ListPageState> listPages(const QString& upperName) const override;
 
     // ---- windows
     // Opens `address` (its title when known) where asked. At the limit of eight windows a person
@@ -67,12 +52,12 @@ public:
     VerbResult openPage(const QString& address, const QString& title, OpenWhere where, int slot = 0,
                         Caller caller = Caller::Person);
     // Opens CurrentUrl in a new window or the current one: the path of the program's own buttons.
-    VerbResult NewBtnAction(bool newWindow, Caller caller = Caller::Person);
+    VerbResult NewBtnAction(bool newWindow, Caller caller = Caller::Person) override;
     // A page that asks for a window by itself goes the New button's path; bursts of such requests
     // at the limit ask once (see NewWindowGate).
     void pageAskedForWindow(const QString& address, bool userInitiated);
     // Brings the slot's window forward and hides the others, as a click on its row does.
-    VerbResult bringForward(int slot);
+    VerbResult bringForward(int slot) override;
     VerbResult closeWindow(int slot);
     // Loads the slot's page again.
     VerbResult reload(int slot);
@@ -94,9 +79,9 @@ public:
     VerbResult previousPage();
     VerbResult pauseRun();
     VerbResult resumeRun();
-    const RunChoice& runChoice() const { return m_choice; }
+    const RunChoice& runChoice() const;
     // Who started the run going on.
-    Caller runCaller() const { return m_runCaller; }
+    Caller runCaller() const;
 
     // Timer1's work for the run and the watch over it.
     void tick();
@@ -127,22 +112,13 @@ private:
     VerbResult openInSlot(int slot);
     void openNewSlot(bool updateCalendar, int slot = 0);
     bool FindFreeSlot();
-    void openRunPage(bool multi);
-    // A kept page's window comes forward instead of the page loading again; false when the page
-    // must be loaded.
-    bool showKeptPage();
-    VerbResult startRun(const RunChoice& choice, Caller caller);
     void noteChange();
     void followPool();
 
     WebForm1* m_pool;
-    ListRun m_run;
-    KeptPages m_kept;
-    RunWatch* m_runWatch;
+    TimedRun* m_run;
     NewWindowGate m_newWindowGate;
     ListsSource m_lists;
-    RunChoice m_choice;
-    Caller m_runCaller = Caller::Person;
     struct Row
     {
         QString title;

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "Caller.h"
+#include "ListRun.h"
+#include "ProgramState.h"
+#include "VerbResult.h"
+#include "watch/KeptPages.h"
+
+#include <QObject>
+
+class RunWatch;
+class WebForm1;
+
+// The choices of a timed run of a list, as the run dialog offers them.
+struct RunChoice
+{
+    QString list;
+    int intervalSeconds = 120;
+    bool loop = false;
+    bool severalWindows = false;
+    bool keepPagesLoaded = false;
+};
+
+// What a run needs of the program: the lists' pages, a page opened the way the program's buttons
+// open one, a window brought forward, the pool of windows. The verbs give it.
+class RunHost
+{
+public:
+    virtual ~RunHost() = default;
+    virtual QStringList listNames() const = 0;
+    virtual QList<ListPageState> listPages(const QString& upperName) const = 0;
+    virtual VerbResult NewBtnAction(bool newWindow, Caller caller) = 0;
+    virtual VerbResult bringForward(int slot) = 0;
+    virtual WebForm1* pool() const = 0;
+};
+
+// A list's pages shown one after another on Timer1's ticks: which list, with which choices, who
+// started it, its place, the pages kept loaded, the watch that logs it and keeps the screen awake.
+// It opens its pages and brings kept windows forward through the verbs, as any door does.
+class TimedRun : public QObject
+{
+    Q_OBJECT
+
+public:
+    // A run holds at most this many pages; a longer list runs its first ones.
+    static constexpr int kRunCapacity = 251;
+
+    TimedRun(RunHost* host, QObject* parent);
+
+    ListRun& run() { return m_run; }
+    KeptPages& keptPages() { return m_kept; }
+    RunWatch* runWatch() const { return m_runWatch; }
+    const RunChoice& choice() const { return m_choice; }
+    Caller caller() const { return m_runCaller; }
+
+    // Collects the pages of the list for a run; false when it has none. `overflow` when it holds
+    // more than a run does.
+    bool BuildRunList(const QString& upperName, bool* overflow = nullptr);
+    VerbResult start(const RunChoice& choice, Caller caller);
+    // The start-up list: each page in a window of its own, once through.
+    VerbResult startOnce(const QString& list);
+    // A run that was going when the program ended, going on at page `position`.
+    VerbResult startAt(const RunChoice& choice, int position);
+    VerbResult stop();
+    VerbResult next();
+    VerbResult previous();
+    VerbResult pause();
+    VerbResult resume();
+    // Timer1's work for the run and its watch.
+    void tick();
+    // The run as the state tells it.
+    void fill(RunState& state) const;
+
+signals:
+    void completed(Caller startedBy);
+    void dialogWanted();
+    void listTooLong(Caller startedBy);
+    void changed();
+
+private:
+    void openRunPage(bool multi);
+    // A kept page's window comes forward instead of the page loading again; false when the page
+    // must be loaded.
+    bool showKeptPage();
+
+    RunHost* m_verbs;
+    ListRun m_run;
+    KeptPages m_kept;
+    RunWatch* m_runWatch;
+    RunChoice m_choice;
+    Caller m_runCaller = Caller::Person;
+};
