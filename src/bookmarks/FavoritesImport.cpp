@@ -3,6 +3,7 @@
 #include "core/Counted.h"
 #include "core/FileName.h"
 #include "core/ProfileString.h"
+#include "core/WebAddress.h"
 #include "shortcuts/ShortcutFile.h"
 
 #include <QDir>
@@ -86,7 +87,7 @@ private:
     void link(const BookmarkNode& node, const QString& path, QHash<QString, QString>& present)
     {
         const QString url = node.url.trimmed();
-        if (!FavoritesImport::isWebAddress(url)) {
+        if (!WebAddress::isWebAddress(url)) {
             ++summary.notWeb;
             return;
         }
@@ -148,17 +149,6 @@ QString ImportSummary::text() const
 }
 
 namespace FavoritesImport {
-
-bool isWebAddress(const QString& url)
-{
-    // A line end inside would break the shortcut's lines apart.
-    if (std::any_of(url.cbegin(), url.cend(), [](QChar c) { return c.unicode() < 0x20 || c.unicode() == 0x7f; }))
-        return false;
-    const QUrl parsed(url.trimmed()); // as browsers take addresses: raw blanks, quotes and brackets too
-    const QString scheme = parsed.scheme().toLower();
-    return parsed.isValid() && !parsed.host().isEmpty() &&
-           (scheme == QLatin1String("http") || scheme == QLatin1String("https") || scheme == QLatin1String("ftp"));
-}
 
 QString folderName(const QString& title)
 {

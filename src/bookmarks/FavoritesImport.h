@@ -27,9 +27,6 @@ struct ImportSummary
 
 namespace FavoritesImport {
 
-// Whether `url` is an address a browser window can open from a shortcut: http, https or ftp.
-bool isWebAddress(const QString& url);
-
 // The name a folder titled `title` gets on disk: "/" and NUL cannot stand in a file name and
 // become "-"; a blank title, "." and ".." are named "(no name)"; at most 255 bytes.
 QString folderName(const QString& title);

@@ -1,4 +1,5 @@
 #include "ListTransfer.h"
+#include "core/WebAddress.h"
 
 #include "FavoritesImport.h"
 #include "core/TextCodec.h"
@@ -13,7 +14,7 @@ void collect(const BookmarkNode& node, QList<ListTransfer::Page>& pages, QSet<QS
     for (const BookmarkNode& child : node.children) {
         if (child.kind == BookmarkNode::Kind::Folder)
             collect(child, pages, seen);
-        else if (child.kind == BookmarkNode::Kind::Link && FavoritesImport::isWebAddress(child.url) &&
+        else if (child.kind == BookmarkNode::Kind::Link && WebAddress::isWebAddress(child.url) &&
                  !seen.contains(child.url.trimmed())) {
             seen.insert(child.url.trimmed());
             pages.append({child.title, child.url.trimmed()});
@@ -48,7 +49,7 @@ QStringList addressesOfText(const QByteArray& bytes)
         const QString line = raw.trimmed();
         if (line.isEmpty() || line.startsWith(u'#') || addresses.contains(line))
             continue;
-        if (FavoritesImport::isWebAddress(line))
+        if (WebAddress::isWebAddress(line))
             addresses.append(line);
     }
     return addresses;
@@ -67,7 +68,7 @@ QStringList webAddressesIn(const QString& text)
             found.chop(1);
         if (found.endsWith(u')') && found.count(u'(') < found.count(u')'))
             found.chop(1);
-        if (FavoritesImport::isWebAddress(found) && !addresses.contains(found))
+        if (WebAddress::isWebAddress(found) && !addresses.contains(found))
             addresses.append(found);
     }
     return addresses;

@@ -13,6 +13,7 @@
 #include "core/PageText.h"
 #include "core/TextFile.h"
 #include "core/TextRules.h"
+#include "core/WebAddress.h"
 #include "widgets/ControlDrag.h"
 #include "widgets/DroppedLink.h"
 #include "widgets/GradientButton.h"
@@ -212,7 +213,7 @@ void FavoritesTree::controlDropped(const QString& sourceTag, const QPoint& pos)
 
 void FavoritesTree::textDropped(const QString& text, const QString& title, const QPoint& pos)
 {
-    if (!DroppedLink::isWebAddress(text))
+    if (!WebAddress::startsWithHttp(text))
         return;
     Globals& g = globals();
     g.CurrentUrl = TextRules::trimSpaces(text);
@@ -222,7 +223,7 @@ void FavoritesTree::textDropped(const QString& text, const QString& title, const
     if (window)
         g.CurrentTitle = boundedPageText(window->locationName());
     else
-        g.CurrentTitle = boundedPageText(title.isEmpty() ? DroppedLink::nameFromAddress(g.CurrentUrl) : title);
+        g.CurrentTitle = boundedPageText(title.isEmpty() ? WebAddress::nameFromAddress(g.CurrentUrl) : title);
     KeyedNode* target = m_tree->nodeAtPoint(pos);
     m_tree->setDropHighlight(target);
     addDroppedPage(target, true);

@@ -1,6 +1,7 @@
 #include "ListsTree.h"
 
 #include "surf/SurfPanel.h"
+#include "verbs/TimedRun.h"
 #include "verbs/Verbs.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -251,21 +252,9 @@ void ListsTree::RenameList(const QString& oldName, const QString& newName)
 
 QStringList ListsTree::BuildRunList(const QString& upperName, bool* found, bool* overflow) const
 {
-    QStringList urls;
-    if (overflow)
-        *overflow = false;
-    for (KeyedNode* node : m_tree->nodes()) {
-        if (node->listTag().toUpper() != upperName || node->image() != KeyedTree::Page)
-            continue;
-        if (urls.size() >= kRunCapacity) {
-            if (overflow)
-                *overflow = true; // a run holds at most 251 pages
-            break;
-        }
-        urls.append(node->tag());
-        if (found)
-            *found = true;
-    }
+    const QStringList urls = TimedRun::runAddresses(listPages(upperName), overflow);
+    if (found && !urls.isEmpty())
+        *found = true;
     return urls;
 }
 

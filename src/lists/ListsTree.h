@@ -23,8 +23,6 @@ class ListsTree : public QObject
     Q_OBJECT
 
 public:
-    static constexpr int kRunCapacity = 251;
-
     ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPanel* rows, FavoritesTree* favorites);
 
     KeyedTree* tree() const { return m_tree; }

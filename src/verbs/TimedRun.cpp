@@ -29,23 +29,21 @@ TimedRun::TimedRun(RunHost* host, QObject* parent)
     m_run.focusDialog = [this] { emit dialogWanted(); };
 }
 
-bool TimedRun::BuildRunList(const QString& upperName, bool* overflow)
+QStringList TimedRun::runAddresses(const QList<ListPageState>& pages, bool* overflow)
 {
     QStringList urls;
-    bool tooLong = false;
-    const QList<ListPageState> pages = m_verbs->listPages(upperName);
-    for (const ListPageState& page : pages) {
-        if (urls.size() >= kRunCapacity) {
-            tooLong = true; // a run holds at most 251 pages
-            break;
-        }
-        urls.append(page.address);
-    }
-    m_run.setPages(urls);
-    m_kept.start(0, false, false); // a run that keeps pages asks for it itself
     if (overflow)
-        *overflow = tooLong;
-    return !urls.isEmpty();
+        *overflow = pages.size() > kRunCapacity; // a run holds at most 251 pages
+    for (const ListPageState& page : pages.first(std::min<qsizetype>(pages.size(), kRunCapacity)))
+        urls.append(page.address);
+    return urls;
+}
+
+bool TimedRun::BuildRunList(const QString& upperName, bool* overflow)
+{
+    m_run.setPages(runAddresses(m_verbs->listPages(upperName), overflow));
+    m_kept.start(0, false, false); // a run that keeps pages asks for it itself
+    return m_run.RunCount() > 0;
 }
 
 VerbResult TimedRun::start(const RunChoice& choice, Caller caller)

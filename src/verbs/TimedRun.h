@@ -53,6 +53,9 @@ public:
     const RunChoice& choice() const { return m_choice; }
     Caller caller() const { return m_runCaller; }
 
+    // The addresses a run of these pages goes through: at most kRunCapacity, `overflow` when the
+    // list holds more.
+    static QStringList runAddresses(const QList<ListPageState>& pages, bool* overflow);
     // Collects the pages of the list for a run; false when it has none. `overflow` when it holds
     // more than a run does.
     bool BuildRunList(const QString& upperName, bool* overflow = nullptr);

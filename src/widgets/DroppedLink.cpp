@@ -1,5 +1,7 @@
 #include "DroppedLink.h"
 
+#include "core/WebAddress.h"
+
 #include <QMimeData>
 #include <QRegularExpression>
 #include <QStringDecoder>
@@ -65,21 +67,10 @@ QStringList webLinks(const QMimeData* data)
         return addresses;
     for (const QUrl& url : data->urls()) {
         const QString address = url.toString();
-        if (isWebAddress(address) && !addresses.contains(address))
+        if (WebAddress::startsWithHttp(address) && !addresses.contains(address))
             addresses.append(address);
     }
     return addresses;
-}
-
-bool isWebAddress(const QString& text)
-{
-    return text.left(4).compare(QLatin1String("http"), Qt::CaseInsensitive) == 0;
-}
-
-QString nameFromAddress(const QString& address)
-{
-    const QString host = QUrl(address.trimmed()).host();
-    return host.isEmpty() ? address : host;
 }
 
 } // namespace DroppedLink

@@ -22,11 +22,4 @@ Link read(const QMimeData* data);
 // The web addresses of a list of links (several pages dragged at once), in order, each once.
 QStringList webLinks(const QMimeData* data);
 
-// Only a web address is taken from another program: text beginning with "http", in any case.
-bool isWebAddress(const QString& text);
-
-// A name for a page that has no title of its own: the host of its address (the address itself
-// when it has none).
-QString nameFromAddress(const QString& address);
-
 } // namespace DroppedLink

@@ -1,6 +1,7 @@
 #include "KeyedTree.h"
 
 #include "core/PageText.h"
+#include "core/WebAddress.h"
 
 #include "ControlDrag.h"
 #include "DroppedLink.h"
@@ -227,7 +228,7 @@ bool KeyedTree::acceptDrag(QDropEvent* event)
         return true;
     }
     // From another program only a web address is taken, and never taken away from it: a copy.
-    if (!DroppedLink::isWebAddress(DroppedLink::read(data).text) ||
+    if (!WebAddress::startsWithHttp(DroppedLink::read(data).text) ||
         !(event->possibleActions() & Qt::CopyAction)) {
         event->ignore();
         return false;

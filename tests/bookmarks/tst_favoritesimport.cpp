@@ -1,4 +1,5 @@
 #include "TestSupport.h"
+#include "core/WebAddress.h"
 #include "bookmarks/FavoritesImport.h"
 #include "bookmarks/NetscapeBookmarks.h"
 #include "core/Globals.h"
@@ -153,10 +154,10 @@ private slots:
     {
         for (const char* web : {"http://a.example/", "https://a.example/x?y#z", "ftp://a.example/", "HTTPS://A.EXAMPLE/",
                                 "https://xn--bcher-kva.example/%C3%A9"})
-            QVERIFY2(FavoritesImport::isWebAddress(web), web);
+            QVERIFY2(WebAddress::isWebAddress(web), web);
         for (const char* other : {"javascript:void(0)", "place:type=6", "data:text/plain,x", "about:config", "file:///etc/",
                                   "", "https://", "not an address", "https://a.example/\r\nURL=https://evil.example/"})
-            QVERIFY2(!FavoritesImport::isWebAddress(other), other);
+            QVERIFY2(!WebAddress::isWebAddress(other), other);
     }
     void aCancelledImportKeepsWhatWasWrittenAndSaysSo()
     {
