@@ -15,7 +15,6 @@
 #include "core/TextRules.h"
 #include "core/WebAddress.h"
 #include "widgets/ControlDrag.h"
-#include "widgets/DroppedLink.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
 

@@ -24,12 +24,6 @@ constexpr int kFavoritesTreeTop = 2835;
 constexpr int kOutOfSight = -1100;
 constexpr int kTabStripMargin = 400;
 
-QRect twipsRect(int left, int top, int width, int height)
-{
-    return QRect(twipsToPixels(left), twipsToPixels(top), std::max(0, twipsToPixels(width)),
-                 std::max(0, twipsToPixels(height)));
-}
-
 } // namespace
 
 void Vantrel1::placeFavoritesTree()

@@ -217,7 +217,6 @@ void Vantrel1::Form_GotFocus()
 
 void Vantrel1::StartStartupList()
 {
-    Globals& g = globals();
     if (CMBLIST()->currentIndex() < 0)
         return; // no start-up list was chosen: nothing runs
     m_verbs->runStartupList(CMBLIST()->currentText());
@@ -346,9 +345,8 @@ void Vantrel1::Timer1_Timer()
     m_verbs->tick();
     webForm()->recovery()->tick();
     m_session->tick();
-    QGroupBox* calendar = m_surf->Frame7();
-    if (calendar->isVisible())
-        calendar->setTitle(u' ' + Clock::timeOfDay().toString(QStringLiteral("HH:mm:ss")) + u' ');
+    if (m_surf->Frame7()->isVisible())
+        m_surf->Frame7()->showTime();
 }
 
 void Vantrel1::closeEvent(QCloseEvent* event)

@@ -11,19 +11,15 @@
 #include "widgets/GradientButton.h"
 #include "widgets/Twips.h"
 
-#include <QCalendarWidget>
-#include <QGroupBox>
 #include <QLabel>
 #include <QVBoxLayout>
 
 namespace {
 
-constexpr int32_t kPureBlue = 0xFF0000; // 0x00BBGGRR
-constexpr int kNormalRowHeight = 750;   // twips
+constexpr int kNormalRowHeight = 750; // twips
 constexpr int kSmallRowHeight = 500;
 constexpr int kFirstRowTop = 200;
 constexpr int kRowLeft = 165;
-constexpr int kRowMargin = 500;
 constexpr int kCalendarLimitNormalRows = 3;
 constexpr int kCalendarLimitSmallRows = 5;
 constexpr int kCommandHeight = 420;
@@ -31,12 +27,6 @@ constexpr int kFavoritesTab = 1;
 constexpr int kListsTab = 2;
 constexpr int kCalendarPanelHeight = 3000;
 constexpr int kCalendarLimitSmallRowsAtUnload = 7;
-
-QRect twipsRect(int left, int top, int width, int height)
-{
-    return QRect(twipsToPixels(left), twipsToPixels(top), std::max(0, twipsToPixels(width)),
-                 std::max(0, twipsToPixels(height)));
-}
 
 } // namespace
 
@@ -56,28 +46,10 @@ SurfPanel::SurfPanel(QWidget* parent) : QFrame(parent)
     hint->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     (new QVBoxLayout(m_frame8))->addWidget(hint);
 
-    for (int row = 0; row < kWindowSlots; ++row) {
-        auto* button = new GradientButton(QStringLiteral("Button_%1").arg(row), QString(), this);
-        auto* fav = new GradientButton(QStringLiteral("AddFavBtn_%1").arg(row), QStringLiteral("F"), this);
-        auto* list = new GradientButton(QStringLiteral("AddListBtn_%1").arg(row), QStringLiteral("L"), this);
-        fav->setTag(QStringLiteral("AddBtn"));
-        list->setTag(QStringLiteral("AddListBtn"));
-        fav->setToolTip(tr("Add this URL to Favorites - Drop on Favorites"));
-        list->setToolTip(QStringLiteral("Add this URL to Favorite List - Drop on Favorite List"));
-        fav->setAccessibleName(tr("Add page %1 to Favorites").arg(row + 1));
-        list->setAccessibleName(tr("Add page %1 to a Favorite List").arg(row + 1));
-        m_button[size_t(row)] = button;
-        m_addFav[size_t(row)] = fav;
-        m_addList[size_t(row)] = list;
-        button->hide();
-        fav->hide();
-        list->hide();
-        connect(button, &GradientButton::clicked, this, [this, row] { Button_Click(row); });
-        // The drag starts while the mouse button is held, so that it can be carried to the tree.
-        connect(fav, &GradientButton::pressed, this, [this, row] { AddFavBtn_Click(row); });
-        connect(list, &GradientButton::pressed, this, [this, row] { AddListBtn_Click(row); });
-    }
-    setAllRowsNormal();
+    m_rows = new SurfRows(this);
+    connect(m_rows, &SurfRows::rowClicked, this, &SurfPanel::Button_Click);
+    connect(m_rows, &SurfRows::addFavPressed, this, &SurfPanel::AddFavBtn_Click);
+    connect(m_rows, &SurfRows::addListPressed, this, &SurfPanel::AddListBtn_Click);
 
     m_newBtn = new GradientButton(QStringLiteral("NewBtn"), tr("New"), this);
     m_newBtn->setToolTip(tr("Open a browser window at the New Explorer URL"));
@@ -92,71 +64,9 @@ SurfPanel::SurfPanel(QWidget* parent) : QFrame(parent)
     connect(m_newBtn, &GradientButton::clicked, this, &SurfPanel::NewBtn_Click);
     connect(m_toggleBtn, &GradientButton::clicked, this, &SurfPanel::ToggleBtn_Click);
     connect(m_quikViewBtn, &GradientButton::clicked, this, &SurfPanel::QuikViewBtn_Click);
-    connect(m_calendarBtn, &GradientButton::clicked, this, &SurfPanel::CalendarBtn_Click);
 
-    m_frame7 = new QGroupBox(this);
-    m_frame7->setObjectName(QStringLiteral("Frame7"));
-    auto* calendarLayout = new QVBoxLayout(m_frame7);
-    calendarLayout->setContentsMargins(4, 4, 4, 4);
-    m_frame7->hide();
-}
-
-QCalendarWidget* SurfPanel::Calendar1()
-{
-    if (!m_calendar) {
-        m_calendar = new QCalendarWidget(m_frame7);
-        m_calendar->setObjectName(QStringLiteral("Calendar1"));
-        m_calendar->setVerticalHeaderFormat(QCalendarWidget::NoVerticalHeader);
-        if (m_calendarDate.isValid())
-            m_calendar->setSelectedDate(m_calendarDate);
-        paintCalendar();
-        m_frame7->layout()->addWidget(m_calendar);
-    }
-    return m_calendar;
-}
-
-void SurfPanel::setCalendarColors(const QColor& back, const QColor& text)
-{
-    m_calendarBack = back;
-    m_calendarText = text;
-    if (m_calendar)
-        paintCalendar();
-}
-
-void SurfPanel::paintCalendar()
-{
-    // The month, its title and the days take the list colours.
-    QPalette palette = m_calendar->palette();
-    for (QPalette::ColorRole role :
-         {QPalette::Base, QPalette::AlternateBase, QPalette::Window, QPalette::Button})
-        if (m_calendarBack.isValid())
-            palette.setColor(role, m_calendarBack);
-    for (QPalette::ColorRole role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
-        if (m_calendarText.isValid())
-            palette.setColor(role, m_calendarText);
-    m_calendar->setPalette(palette);
-    // The title row (month and year) is painted in the highlight colours by the calendar itself:
-    // it takes the list colours too.
-    if (QWidget* title = m_calendar->findChild<QWidget*>(QStringLiteral("qt_calendar_navigationbar"))) {
-        QPalette bar = title->palette();
-        for (QPalette::ColorRole role : {QPalette::Highlight, QPalette::Window, QPalette::Button})
-            if (m_calendarBack.isValid())
-                bar.setColor(role, m_calendarBack);
-        for (QPalette::ColorRole role :
-             {QPalette::HighlightedText, QPalette::WindowText, QPalette::ButtonText, QPalette::Text})
-            if (m_calendarText.isValid())
-                bar.setColor(role, m_calendarText);
-        title->setPalette(bar);
-        for (QWidget* part : title->findChildren<QWidget*>())
-            part->setPalette(bar);
-    }
-}
-
-void SurfPanel::setCalendarDate(const QDate& date)
-{
-    m_calendarDate = date;
-    if (m_calendar)
-        m_calendar->setSelectedDate(date);
+    m_frame7 = new CalendarFrame(this);
+    connect(m_calendarBtn, &GradientButton::clicked, m_frame7, &CalendarFrame::toggle);
 }
 
 // ---- what the verbs tell ------------------------------------------------------------------
@@ -165,48 +75,21 @@ void SurfPanel::setVerbs(Verbs* verbs)
 {
     m_verbs = verbs;
     WebForm1* pool = verbs->pool();
-    m_states = new WindowStates(m_button, this);
+    m_states = new WindowStates(m_rows->buttons(), this);
     connect(verbs, &Verbs::pageOpening, m_frame8, &QWidget::hide);
     connect(verbs, &Verbs::rowsCleared, this, &SurfPanel::setAllRowsNormal);
     connect(verbs, &Verbs::windowShown, this, &SurfPanel::showWindowShown);
     connect(verbs, &Verbs::windowBroughtForward, this, &SurfPanel::showBroughtForward);
     connect(verbs, &Verbs::lastWindowModeChosen, this, &SurfPanel::showLastWindowChosen);
     connect(verbs, &Verbs::newWindowModeChanged, this, &SurfPanel::showNewWindowMode);
-    connect(pool, &WebForm1::rowNavigating, this, &SurfPanel::showRowNavigating);
-    connect(pool, &WebForm1::rowCompleted, this, &SurfPanel::showRowCompleted);
-    connect(pool, &WebForm1::rowTitleChanged, this, &SurfPanel::showRowTitle);
+    connect(pool, &WebForm1::rowNavigating, m_rows, &SurfRows::showNavigating);
+    connect(pool, &WebForm1::rowCompleted, m_rows, &SurfRows::showCompleted);
+    connect(pool, &WebForm1::rowTitleChanged, m_rows, &SurfRows::showTitle);
     connect(pool, &WebForm1::rowClosed, this, [this](int slot) { hideRow(slot - 1); });
     connect(pool, &WebForm1::unloadedPool, this, [this] {
         updateCalendarAvailability(kCalendarLimitNormalRows, kCalendarLimitSmallRowsAtUnload);
     });
     connect(pool->recovery(), &WindowRecovery::stateShown, m_states, &WindowStates::show);
-}
-
-void SurfPanel::showRowNavigating(int slot, const QString& address)
-{
-    const Globals& g = globals();
-    GradientButton* row = Button(slot - 1);
-    row->setText(address);
-    row->setValue(true);
-    row->setBackColor(g.ButtonTextColor);
-    row->setTextColor(kPureBlue);
-    row->setTag(address);
-    row->update();
-}
-
-void SurfPanel::showRowCompleted(int slot, const QString& url, const QString& title)
-{
-    GradientButton* row = Button(slot - 1);
-    row->setTag(url);
-    row->setToolTip(url);
-    row->setText(title);
-}
-
-void SurfPanel::showRowTitle(int slot, const QString& title)
-{
-    GradientButton* row = Button(slot - 1);
-    row->setText(title);
-    row->update();
 }
 
 void SurfPanel::showWindowShown(int slot, bool updateCalendar)
@@ -283,75 +166,9 @@ void SurfPanel::ToggleBtn_Click()
 
 void SurfPanel::QuikViewBtn_Click()
 {
-    const Globals& g = globals();
-    if (m_quikViewBtn->value()) {
-        m_rowHeightTwips = kSmallRowHeight;
-        for (GradientButton* list : m_addList)
-            list->hide();
-    } else {
-        m_rowHeightTwips = kNormalRowHeight;
-        // Rows are shown by count: the open slots are taken to be the lowest ones.
-        for (int row = 0; row < kWindowSlots; ++row) {
-            if (row < g.WindowCount) {
-                AddFavBtn(row)->show();
-                AddListBtn(row)->show();
-            }
-        }
-    }
+    m_rowHeightTwips = smallRows() ? kSmallRowHeight : kNormalRowHeight;
+    m_rows->setSmall(smallRows(), globals().WindowCount);
     ArrangeRows(m_formWidthTwips);
-}
-
-void SurfPanel::CalendarBtn_Click()
-{
-    Calendar1();
-    m_frame7->setVisible(!m_frame7->isVisible());
-    if (m_frame7->isVisible())
-        m_frame7->setTitle(u' ' + Clock::timeOfDay().toString(QStringLiteral("HH:mm:ss")) + u' ');
-}
-
-// ---- rows and their looks ------------------------------------------------------------------
-
-void SurfPanel::setRowNormal(int row)
-{
-    if (row < 0 || row >= kWindowSlots)
-        return;
-    const Globals& g = globals();
-    Button(row)->setColors(g.ButtonBackColor, g.ButtonTextColor, g.ButtonEndColor);
-    Button(row)->setValue(false);
-}
-
-void SurfPanel::setRowActive(int row)
-{
-    if (row < 0 || row >= kWindowSlots)
-        return;
-    const Globals& g = globals();
-    Button(row)->setColors(g.ButtonTextColor, kPureBlue, g.ButtonEndColor);
-    Button(row)->setValue(true);
-}
-
-void SurfPanel::setAllRowsNormal()
-{
-    for (int row = 0; row < kWindowSlots; ++row)
-        setRowNormal(row);
-}
-
-void SurfPanel::hideRow(int row)
-{
-    if (row < 0 || row >= kWindowSlots)
-        return;
-    Button(row)->hide();
-    AddFavBtn(row)->hide();
-    AddListBtn(row)->hide();
-}
-
-void SurfPanel::showRow(int row)
-{
-    if (row < 0 || row >= kWindowSlots)
-        return;
-    Button(row)->show();
-    AddFavBtn(row)->show();
-    if (!smallRows())
-        AddListBtn(row)->show();
 }
 
 bool SurfPanel::smallRows() const
@@ -372,20 +189,8 @@ void SurfPanel::updateCalendarAvailability(int normalRowsLimit, int smallRowsLim
 void SurfPanel::ArrangeRows(int formWidthTwips)
 {
     m_formWidthTwips = formWidthTwips;
-    const int h = m_rowHeightTwips;
-    const int width = formWidthTwips - kRowMargin - h;
-    for (int row = 0; row < kWindowSlots; ++row) {
-        const int top = kFirstRowTop + row * h;
-        Button(row)->setGeometry(twipsRect(kRowLeft, top, width, h));
-        // The add buttons share a square of the row's height at the row's right end.
-        if (smallRows()) {
-            AddFavBtn(row)->setGeometry(twipsRect(kRowLeft + width, top, h, h));
-        } else {
-            AddFavBtn(row)->setGeometry(twipsRect(kRowLeft + width, top, h, h / 2));
-            AddListBtn(row)->setGeometry(twipsRect(kRowLeft + width, top + h / 2, h, h - h / 2));
-        }
-    }
-    m_frame8->setGeometry(twipsRect(kRowLeft, kFirstRowTop, width + h, 4 * kNormalRowHeight));
+    const int width = m_rows->arrange(formWidthTwips, m_rowHeightTwips, smallRows());
+    m_frame8->setGeometry(twipsRect(kRowLeft, kFirstRowTop, width, 4 * kNormalRowHeight));
 }
 
 void SurfPanel::arrangeControls(int widthTwips, int heightTwips)

@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
@@ -22,4 +23,10 @@ int twipsToPixels(int twips)
 int pixelsToTwips(int pixels)
 {
     return int(std::lround(pixels * 1440.0 / logicalDpi()));
+}
+
+QRect twipsRect(int left, int top, int width, int height)
+{
+    return QRect(twipsToPixels(left), twipsToPixels(top), std::max(0, twipsToPixels(width)),
+                 std::max(0, twipsToPixels(height)));
 }
