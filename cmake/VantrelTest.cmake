@@ -9,8 +9,15 @@ endif()
 
 # vantrel_add_test(NAME source...): one Qt Test program per subject, run headless by CTest.
 function(vantrel_add_test name)
+    vantrel_add_test_on(${name} "vantrel;vantrel_testsupport" ${ARGN})
+endfunction()
+
+# vantrel_add_test_on(NAME LIBRARIES source...): the same, linked with the given libraries only, so
+# that a test of logic without widgets does not build when that logic needs one.
+function(vantrel_add_test_on name libraries)
     add_executable(${name} ${ARGN})
-    target_link_libraries(${name} PRIVATE vantrel vantrel_testsupport Qt6::Test)
+    target_link_libraries(${name} PRIVATE ${libraries} Qt6::Test)
+    target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_SOURCE_DIR}/support)
     target_compile_definitions(${name} PRIVATE
         VANTREL_TEST_DATA="${CMAKE_CURRENT_SOURCE_DIR}/data")
     add_test(NAME ${name} COMMAND ${name})

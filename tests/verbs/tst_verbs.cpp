@@ -1,7 +1,6 @@
 // The program's verbs driven on their own, with no window of the program: scripted browser windows,
 // the recording dialog service and a manual clock.
 #include "ScriptedBrowserWindow.h"
-#include "TestSupport.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -10,6 +9,7 @@
 #include "verbs/WebForm1.h"
 
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <memory>
@@ -24,7 +24,7 @@ class TestVerbs : public QObject
     Q_OBJECT
 
     Globals& g = globals();
-    std::unique_ptr<TempAppFolder> m_app;
+    std::unique_ptr<QTemporaryDir> m_app; // the program folder, where the log goes
     std::unique_ptr<ManualClock> m_clock;
     std::unique_ptr<Verbs> m_verbs;
     QList<ScriptedBrowserWindow*> m_created;
@@ -70,7 +70,10 @@ class TestVerbs : public QObject
 private slots:
     void init()
     {
-        m_app = std::make_unique<TempAppFolder>();
+        resetGlobals();
+        DialogService::reset();
+        m_app = std::make_unique<QTemporaryDir>();
+        globals().AppPath = m_app->path();
         m_clock = std::make_unique<ManualClock>(QDateTime(QDate(2026, 5, 4), QTime(10, 0)));
         Clock::setInstance(m_clock.get());
         m_created.clear();
@@ -85,6 +88,7 @@ private slots:
     {
         m_verbs.reset();
         Clock::setInstance(nullptr);
+        DialogService::reset();
         m_app.reset();
     }
 
