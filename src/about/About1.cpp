@@ -89,9 +89,8 @@ void About1::Label1_Click()
         m_verbs->NewBtnAction(true);
         return;
     }
-    if (g.WindowIndex < 1 || g.WindowIndex > kWindowSlots)
-        g.WindowIndex = kWindowSlots;
-    m_verbs->pool()->Form_LoadGo(g.WindowIndex);
+    const int slot = g.WindowIndex < 1 || g.WindowIndex > kWindowSlots ? kWindowSlots : g.WindowIndex;
+    m_verbs->openPage(g.CurrentUrl, g.CurrentTitle, OpenWhere::Slot, slot);
 }
 
 void About1::closeEvent(QCloseEvent* event)

@@ -7,7 +7,6 @@
 #include "about/HelpWindow.h"
 #include "session/ProgramSession.h"
 #include "settings/VantrelConf.h"
-#include "watch/WindowRecovery.h"
 #include "options/OptionsPanel.h"
 #include "core/ButtonFile.h"
 #include "core/Clock.h"
@@ -143,7 +142,6 @@ void Vantrel1::InitFormState()
     g.ListsChanged = false;
     g.HistoryChanged = false;
     OptionsDirty = false;
-    webForm()->RunNavigating = false;
     m_surf->RowDragToFavorites = false;
     m_surf->RowDragToList = false;
 }
@@ -282,8 +280,7 @@ void Vantrel1::Form_Unload()
     Globals& g = globals();
     m_timer->stop();
     m_session->end(); // the session as it is, before its windows close
-    if (g.WebFormBusy)
-        webForm()->Unload();
+    m_verbs->closeAllWindows();
     if (g.RunListShown)
         m_listsPanel->unloadRunDialog();
     // The other windows go before the first question, so that none stays on screen behind it.
@@ -343,7 +340,6 @@ GradientButton* Vantrel1::RefreshBtn() const
 void Vantrel1::Timer1_Timer()
 {
     m_verbs->tick();
-    webForm()->recovery()->tick();
     m_session->tick();
     if (m_surf->Frame7()->isVisible())
         m_surf->Frame7()->showTime();

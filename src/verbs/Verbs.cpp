@@ -254,6 +254,14 @@ VerbResult Verbs::reload(int slot)
     return VerbResult::done();
 }
 
+void Verbs::closeAllWindows()
+{
+    if (!globals().WebFormBusy)
+        return; // no window was ever opened
+    m_pool->Unload();
+    noteChange();
+}
+
 void Verbs::setNewWindowMode(bool newWindows)
 {
     globals().NewWindowMode = newWindows;
@@ -379,4 +387,5 @@ Caller Verbs::runCaller() const
 void Verbs::tick()
 {
     m_run->tick();
+    m_pool->recovery()->tick();
 }

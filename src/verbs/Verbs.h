@@ -61,6 +61,8 @@ public:
     VerbResult closeWindow(int slot);
     // Loads the slot's page again.
     VerbResult reload(int slot);
+    // Closes every browser window (the program's end).
+    void closeAllWindows();
     // New windows or the current one for the program's own buttons.
     void setNewWindowMode(bool newWindows);
 
@@ -83,7 +85,7 @@ public:
     // Who started the run going on.
     Caller runCaller() const;
 
-    // Timer1's work for the run and the watch over it.
+    // Timer1's work: the run, the watch over it, the retries and reloads of the windows' pages.
     void tick();
 
     // ---- the state

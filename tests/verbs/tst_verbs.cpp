@@ -195,6 +195,18 @@ private slots:
         QCOMPARE(m_verbs->closeWindow(12).code, VerbResult::NoSuchSlot);
     }
 
+    void closingEveryWindowEmptiesEverySlot()
+    {
+        m_verbs->closeAllWindows(); // none open yet: nothing to do
+        m_verbs->openPage("https://a.example/", QString(), OpenWhere::NewWindow);
+        m_verbs->openPage("https://b.example/", QString(), OpenWhere::NewWindow);
+        m_verbs->closeAllWindows();
+        QCOMPARE(g.WindowCount, 0);
+        QVERIFY(m_verbs->state().windows.isEmpty());
+        QVERIFY(window(1) == nullptr && window(2) == nullptr);
+        QVERIFY(!g.WebFormBusy);
+    }
+
     void reloadingLoadsTheWindowsPageAgain()
     {
         m_verbs->openPage("https://a.example/", QString(), OpenWhere::NewWindow);
