@@ -1,6 +1,7 @@
 #include "ListsMenu.h"
 
 #include "ListsTree.h"
+#include "verbs/ListsModel.h"
 #include "bookmarks/BookmarkFiles.h"
 #include "bookmarks/ListTransfer.h"
 #include "core/Counted.h"
@@ -155,9 +156,8 @@ void ListsMenu::exportList()
 bool ListsMenu::exportListFile(const QString& listName, const QString& path, bool asText)
 {
     QList<ListTransfer::Page> pages;
-    for (const KeyedNode* node : m_tree->nodes())
-        if (node->image() == KeyedTree::Page && node->listTag() == listName)
-            pages.append({node->nodeText(), node->tag()});
+    for (const ListPageState& page : m_lists->model()->pagesOf(listName))
+        pages.append({page.title, page.address});
     const QByteArray bytes = asText ? ListTransfer::asText(pages)
                                     : BookmarkFiles::write(ListTransfer::asBookmarks(listName, pages),
                                                            BookmarkFiles::Format::Html);

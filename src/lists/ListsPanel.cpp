@@ -49,11 +49,6 @@ ListsPanel::ListsPanel(QComboBox* listNames, Verbs* verbs, SurfPanel* rows, Favo
     connect(m_newListBtn, &GradientButton::clicked, m_lists, &ListsTree::NewListBtn_Click);
     connect(m_runListBtn, &GradientButton::clicked, this, &ListsPanel::RunListBtn_Click);
 
-    // The verbs read the lists from the tree.
-    Verbs::ListsSource source;
-    source.names = [this] { return m_lists->listNames(); };
-    source.pages = [this](const QString& upperName) { return m_lists->listPages(upperName); };
-    verbs->setListsSource(source);
     connect(verbs, &Verbs::runCompleted, this, &ListsPanel::runCompleted);
     connect(verbs, &Verbs::runDialogWanted, this, &ListsPanel::focusRunDialog);
     connect(verbs, &Verbs::runListTooLong, this, &ListsPanel::runListTooLong);

@@ -1,6 +1,7 @@
 #include "ListsTree.h"
 
 #include "surf/SurfPanel.h"
+#include "verbs/ListsModel.h"
 #include "verbs/TimedRun.h"
 #include "verbs/Verbs.h"
 #include "core/DialogService.h"
@@ -21,8 +22,14 @@ const QString kNewList = QStringLiteral("New List");
 } // namespace
 
 ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPanel* rows, FavoritesTree* favorites)
-    : QObject(tree), m_tree(tree), m_listNames(listNames), m_verbs(verbs), m_rows(rows), m_favorites(favorites)
+    : QObject(tree), m_tree(tree), m_model(verbs->lists()), m_listNames(listNames), m_verbs(verbs), m_rows(rows),
+      m_favorites(favorites)
 {
+    connect(m_model, &ListsModel::reset, this, &ListsTree::showAll);
+    connect(m_model, &ListsModel::listAdded, this, &ListsTree::showList);
+    connect(m_model, &ListsModel::pageAdded, this, &ListsTree::showPage);
+    connect(m_model, &ListsModel::listRenamed, this, &ListsTree::showRenamed);
+    connect(m_model, &ListsModel::titleChanged, this, &ListsTree::showTitle);
     tree->setLabelEditEnabled(true);
     connect(tree, &KeyedTree::controlDropped, this, &ListsTree::controlDropped);
     connect(tree, &KeyedTree::textDropped, this, &ListsTree::textDropped);
@@ -35,31 +42,49 @@ ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPa
 
 void ListsTree::LoadListTree()
 {
-    const Globals& g = globals();
+    Globals& g = globals();
+    m_model->load({g.ListName, g.ListTitle, g.ListUrl}, g.ListCount);
+}
+
+void ListsTree::showAll()
+{
     m_tree->clearNodes();
     m_listNames->clear();
     KeyedTree::BulkInsert bulk(m_tree);
-    const int count = std::clamp(g.ListCount, 0, kListCapacity);
-    for (int i = 0; i < count; ++i) {
-        const QString& name = g.ListName[i];
-        if (g.ListUrl[i].trimmed().isEmpty()) {
-            if (KeyedNode* list = m_tree->addNode(QString(), name, name, KeyedTree::ClosedFolder)) {
-                list->setListTag(name);
-                m_listNames->addItem(name);
-            }
-            continue;
+    for (const ListsModel::Entry& entry : m_model->entries()) {
+        if (entry.page) {
+            PageTree::addPage(m_tree, entry.list, entry.title, entry.url);
+        } else if (KeyedNode* list = m_tree->addNode(QString(), entry.key, entry.key, KeyedTree::ClosedFolder)) {
+            list->setListTag(entry.key);
+            m_listNames->addItem(entry.key);
         }
-        // A page whose list is missing, or that its list holds already, is skipped.
-        PageTree::addPage(m_tree, name, g.ListTitle[i], g.ListUrl[i]);
     }
     m_listNames->setCurrentIndex(-1); // filling the box chooses no list by itself
+}
+
+void ListsTree::showList(const QString& name)
+{
+    if (KeyedNode* list = m_tree->addNode(QString(), name, name, KeyedTree::OpenFolder))
+        list->setListTag(name);
+}
+
+void ListsTree::showPage(const QString& list, const QString& title, const QString& url)
+{
+    PageTree::addPage(m_tree, list, title, url);
+}
+
+void ListsTree::showTitle(const QString& key, const QString& title)
+{
+    KeyedNode* node = m_tree->node(key);
+    if (node && node->nodeText() != title)
+        node->setNodeText(title);
 }
 
 void ListsTree::SaveListBtn_Click()
 {
     Globals& g = globals();
     m_listNames->clear();
-    const int n = PageTree::toRecords(m_tree, {g.ListName, g.ListTitle, g.ListUrl});
+    const int n = m_model->toRecords({g.ListName, g.ListTitle, g.ListUrl});
     g.ListCount = n;
     for (int i = 0; i < n; ++i)
         if (g.ListUrl[i].trimmed().isEmpty())
@@ -71,10 +96,8 @@ void ListsTree::SaveListBtn_Click()
 
 bool ListsTree::AddListNode(const QString& name)
 {
-    KeyedNode* list = m_tree->addNode(QString(), name, name, KeyedTree::OpenFolder);
-    if (!list)
+    if (!m_model->addList(name))
         return false;
-    list->setListTag(name);
     globals().ListsChanged = true;
     return true;
 }
@@ -101,16 +124,16 @@ ListsTree::Added ListsTree::addPages(const QString& listName, const QList<ListTr
 {
     Added result;
     for (const auto& [title, url] : pages) {
-        if (m_tree->node(PageTree::pageKey(url, listName))) {
+        if (m_model->contains(ListsModel::pageKey(url, listName))) {
             ++result.alreadyThere;
             continue;
         }
-        if (m_tree->nodeCount() >= kListCapacity - 1) {
+        if (m_model->count() >= kListCapacity - 1) {
             ++result.noRoom; // the list file holds no more records
             continue;
         }
         // A page without a title of its own is shown by its address.
-        if (PageTree::addPage(m_tree, listName, title.trimmed().isEmpty() ? url : title, url))
+        if (m_model->addPage(listName, title.trimmed().isEmpty() ? url : title, url))
             ++result.added;
     }
     if (result.added)
@@ -153,7 +176,7 @@ void ListsTree::pastePages(KeyedNode* node)
 bool ListsTree::AddPageNode(const QString& listName)
 {
     const Globals& g = globals();
-    return PageTree::addPage(m_tree, listName, g.CurrentTitle, g.CurrentUrl) != nullptr;
+    return m_model->addPage(listName, g.CurrentTitle, g.CurrentUrl);
 }
 
 bool ListsTree::AddPageToList()
@@ -226,18 +249,29 @@ void ListsTree::nodeDoubleClicked(KeyedNode* node)
 
 void ListsTree::labelEdited(KeyedNode* node, const QString& oldText, const QString& newText)
 {
-    if (node->image() == KeyedTree::Page)
-        return; // a page keeps its key; its label is its title
-    if (!m_tree->rekey(node, newText)) {
+    if (node->image() == KeyedTree::Page) {
+        m_model->setTitle(node->key(), newText); // a page keeps its key; its label is its title
+        return;
+    }
+    if (!m_model->renameList(node->key(), newText)) {
         node->setNodeText(oldText); // two lists cannot share a name
         return;
     }
-    RenameList(oldText, newText);
     globals().ListsChanged = true;
 }
 
 void ListsTree::RenameList(const QString& oldName, const QString& newName)
 {
+    m_model->renameList(oldName, newName);
+}
+
+void ListsTree::showRenamed(const QString& oldName, const QString& newName)
+{
+    if (KeyedNode* list = m_tree->node(oldName)) {
+        m_tree->rekey(list, newName);
+        if (list->nodeText() != newName)
+            list->setNodeText(newName);
+    }
     for (KeyedNode* node : m_tree->nodes()) {
         if (node->listTag().trimmed() != oldName)
             continue;
@@ -252,25 +286,8 @@ void ListsTree::RenameList(const QString& oldName, const QString& newName)
 
 QStringList ListsTree::BuildRunList(const QString& upperName, bool* found, bool* overflow) const
 {
-    const QStringList urls = TimedRun::runAddresses(listPages(upperName), overflow);
+    const QStringList urls = TimedRun::runAddresses(m_model->pages(upperName), overflow);
     if (found && !urls.isEmpty())
         *found = true;
     return urls;
-}
-
-QStringList ListsTree::listNames() const
-{
-    QStringList names;
-    for (int i = 0; i < m_listNames->count(); ++i)
-        names.append(m_listNames->itemText(i));
-    return names;
-}
-
-QList<ListPageState> ListsTree::listPages(const QString& upperName) const
-{
-    QList<ListPageState> pages;
-    for (KeyedNode* node : m_tree->nodes())
-        if (node->listTag().toUpper() == upperName && node->image() == KeyedTree::Page)
-            pages.append({node->nodeText(), node->tag()});
-    return pages;
 }

@@ -10,11 +10,13 @@ class KeyedNode;
 class KeyedTree;
 class QComboBox;
 class FavoritesTree;
+class ListsModel;
 class SurfPanel;
 class Verbs;
 
-// The favourite lists tree, SSTree2: each list is a top-level node, its pages are its children
-// (key = address + "/" + list name, tag = address, list tag = list name). Lists are made with
+// The favourite lists tree, SSTree2, showing the lists the verbs hold (ListsModel): each list is a
+// top-level node, its pages are its children (key = address + "/" + list name, tag = address, list
+// tag = list name). What the user does here changes the lists there, and the tree follows them. Lists are made with
 // NewListBtn and renamed by editing their label; pages arrive by dropping a window row, a favourite,
 // a history entry or a web address; a double click opens a page. The list names are also the items
 // of CMBLIST, in tree order.
@@ -26,6 +28,7 @@ public:
     ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPanel* rows, FavoritesTree* favorites);
 
     KeyedTree* tree() const { return m_tree; }
+    ListsModel* model() const { return m_model; }
 
     // Builds the tree and CMBLIST from the list records.
     void LoadListTree();
@@ -59,10 +62,6 @@ public:
     // The addresses of the pages of the list `upperName` (upper-cased), in tree order; at most
     // 251: `overflow` tells when the list holds more.
     QStringList BuildRunList(const QString& upperName, bool* found, bool* overflow = nullptr) const;
-    // The lists' names in tree order, and the pages of the list `upperName` (upper-cased) with
-    // their titles, all of them.
-    QStringList listNames() const;
-    QList<ListPageState> listPages(const QString& upperName) const;
 
     // The handlers, reachable for the program's own drags and for tests.
     void controlDropped(const QString& sourceTag, const QPoint& pos);
@@ -78,8 +77,15 @@ public:
 private:
     void dropOn(const QPoint& pos);
     void addAddresses(const QString& listName, const QStringList& addresses);
+    // The tree follows the lists.
+    void showAll();
+    void showList(const QString& name);
+    void showPage(const QString& list, const QString& title, const QString& url);
+    void showRenamed(const QString& oldName, const QString& newName);
+    void showTitle(const QString& key, const QString& title);
 
     KeyedTree* m_tree;
+    ListsModel* m_model;
     QComboBox* m_listNames;
     Verbs* m_verbs;
     SurfPanel* m_rows;

@@ -1,5 +1,6 @@
 #include "Verbs.h"
 
+#include "ListsModel.h"
 #include "TimedRun.h"
 #include "WebForm1.h"
 #include "browser/BrowserWindow.h"
@@ -22,7 +23,8 @@ bool isSlot(int slot)
 
 } // namespace
 
-Verbs::Verbs(QObject* parent) : QObject(parent), m_pool(new WebForm1(this)), m_run(new TimedRun(this, this))
+Verbs::Verbs(QObject* parent)
+    : QObject(parent), m_pool(new WebForm1(this)), m_run(new TimedRun(this, this)), m_lists(new ListsModel(this))
 {
     setObjectName(QStringLiteral("Verbs"));
     followPool();
@@ -30,6 +32,11 @@ Verbs::Verbs(QObject* parent) : QObject(parent), m_pool(new WebForm1(this)), m_r
     connect(m_run, &TimedRun::dialogWanted, this, &Verbs::runDialogWanted);
     connect(m_run, &TimedRun::listTooLong, this, &Verbs::runListTooLong);
     connect(m_run, &TimedRun::changed, this, &Verbs::noteChange);
+    connect(m_lists, &ListsModel::reset, this, &Verbs::noteChange);
+    connect(m_lists, &ListsModel::listAdded, this, &Verbs::noteChange);
+    connect(m_lists, &ListsModel::pageAdded, this, &Verbs::noteChange);
+    connect(m_lists, &ListsModel::listRenamed, this, &Verbs::noteChange);
+    connect(m_lists, &ListsModel::titleChanged, this, &Verbs::noteChange);
 }
 
 Verbs::~Verbs() = default;
@@ -304,12 +311,12 @@ ProgramState Verbs::state() const
 
 QStringList Verbs::listNames() const
 {
-    return m_lists.names ? m_lists.names() : QStringList();
+    return m_lists->names();
 }
 
 QList<ListPageState> Verbs::listPages(const QString& upperName) const
 {
-    return m_lists.pages ? m_lists.pages(upperName) : QList<ListPageState>();
+    return m_lists->pages(upperName);
 }
 
 // ---- the timed run: the rotation does the work -----------------------------------------------

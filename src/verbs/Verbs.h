@@ -11,6 +11,7 @@
 #include <array>
 #include <functional>
 
+class ListsModel;
 class RunWatch;
 class WebForm1;
 
@@ -24,13 +25,6 @@ class Verbs : public QObject, public RunHost
     Q_OBJECT
 
 public:
-    // The lists the program holds: their names in order, and the pages of one list (found by its
-    // name upper-cased) as title and address.
-    struct ListsSource
-    {
-        std::function<QStringList()> names;
-        std::function<QList<ListPageState>(const QString& upperName)> pages;
-    };
     // A run holds at most this many pages; a longer list runs its first ones.
     static constexpr int kRunCapacity = TimedRun::kRunCapacity;
 
@@ -41,7 +35,8 @@ public:
     ListRun& run();
     KeptPages& keptPages();
     RunWatch* runWatch() const;
-    void setListsSource(ListsSource source) { m_lists = std::move(source); }
+    // The favourite lists with their pages.
+    ListsModel* lists() const { return m_lists; }
     // The lists' names, and the pages of the list `upperName` (its name upper-cased).
     QStringList listNames() const override;
     QList<ListPageState> listPages(const QString& upperName) const override;
@@ -120,7 +115,7 @@ private:
     WebForm1* m_pool;
     TimedRun* m_run;
     NewWindowGate m_newWindowGate;
-    ListsSource m_lists;
+    ListsModel* m_lists;
     struct Row
     {
         QString title;

@@ -5,6 +5,7 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/Startup.h"
+#include "verbs/ListsModel.h"
 #include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
 
@@ -45,22 +46,21 @@ class TestVerbs : public QObject
         m_clock->advanceSeconds(seconds);
         m_verbs->tick();
     }
+    // The lists as the list file would give them: a record for each list, then its pages.
     void setLists()
     {
-        Verbs::ListsSource source;
-        source.names = [this] {
-            QStringList names;
-            for (const ListState& list : m_lists)
+        QList<QString> names, titles, urls;
+        for (const ListState& list : m_lists) {
+            names << list.name;
+            titles << QString();
+            urls << QString();
+            for (const ListPageState& page : list.pages) {
                 names << list.name;
-            return names;
-        };
-        source.pages = [this](const QString& upperName) {
-            for (const ListState& list : m_lists)
-                if (list.name.toUpper() == upperName)
-                    return list.pages;
-            return QList<ListPageState>();
-        };
-        m_verbs->setListsSource(source);
+                titles << page.title;
+                urls << page.address;
+            }
+        }
+        m_verbs->lists()->load({names, titles, urls}, int(names.size()));
     }
     RunChoice dashboards(bool several = false, bool loop = false)
     {
@@ -376,6 +376,7 @@ private slots:
         for (int i = 0; i < 300; ++i)
             many.append({QString::number(i), QString("https://p%1.example/").arg(i)});
         m_lists[0].pages = many;
+        setLists();
         QSignalSpy tooLong(m_verbs.get(), &Verbs::runListTooLong);
         QVERIFY(m_verbs->runList(dashboards(), Caller::Outside).ok());
         QCOMPARE(tooLong.size(), 1);
