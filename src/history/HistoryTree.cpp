@@ -1,5 +1,6 @@
 #include "HistoryTree.h"
 
+#include "verbs/HistoryModel.h"
 #include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
 #include "core/DialogService.h"
@@ -18,26 +19,35 @@ constexpr int kLoadDelayMs = 500;
 
 } // namespace
 
-HistoryTree::HistoryTree(KeyedTree* tree, Verbs* verbs) : QObject(tree), m_tree(tree), m_verbs(verbs)
+HistoryTree::HistoryTree(KeyedTree* tree, Verbs* verbs)
+    : QObject(tree), m_tree(tree), m_model(verbs->history()), m_verbs(verbs)
 {
     connect(tree, &KeyedTree::nodeDoubleClicked, this, &HistoryTree::nodeDoubleClicked);
     connect(tree, &KeyedTree::mousePressed, this, &HistoryTree::mousePressed);
     connect(tree, &KeyedTree::mouseMoved, this, &HistoryTree::mouseMoved);
     connect(tree, &KeyedTree::mouseReleased, this, &HistoryTree::mouseReleased);
+    connect(m_model, &HistoryModel::reset, this, [this] {
+        if (!m_loadPending)
+            LoadHistoryTree();
+    });
+    connect(m_model, &HistoryModel::pageAdded, this, [this](const QString& group, const QString& title, const QString& url) {
+        if (!m_loadPending)
+            PageTree::addPage(m_tree, group, title, url);
+    });
 }
 
 void HistoryTree::CreateHistoryRoots()
 {
-    for (int slot = 1; slot <= kWindowSlots; ++slot) {
-        const QString group = WebForm1::slotName(slot);
-        m_tree->addNode(QString(), group, group, KeyedTree::ClosedFolder);
-    }
+    m_model->clear();
     globals().HistoryChanged = true;
 }
 
 void HistoryTree::LoadHistoryTreeLater()
 {
+    // The records go into the history at once; the tree is built from it when first needed.
     m_loadPending = true;
+    Globals& g = globals();
+    m_model->load({g.HistGroup, g.HistTitle, g.HistUrl}, g.HistoryCount);
     QTimer::singleShot(kLoadDelayMs, this, &HistoryTree::ensureLoaded);
 }
 
@@ -51,24 +61,22 @@ void HistoryTree::ensureLoaded()
 
 bool HistoryTree::CreateNode3(const QString& group)
 {
-    ensureLoaded();
-    Globals& g = globals();
-    if (!PageTree::addPage(m_tree, group, g.CurrentTitle, g.CurrentUrl))
+    const Globals& g = globals();
+    if (!m_model->record(group, g.CurrentTitle, g.CurrentUrl))
         return false; // shown before in this window: its first title and place stay
-    g.HistoryChanged = true;
+    globals().HistoryChanged = true;
     return true;
 }
 
 void HistoryTree::LoadHistoryTree()
 {
-    const Globals& g = globals();
+    m_tree->clearNodes();
     KeyedTree::BulkInsert bulk(m_tree);
-    const int count = std::clamp(g.HistoryCount, 0, kHistoryCapacity);
-    for (int i = 0; i < count; ++i) {
-        if (g.HistUrl[i].trimmed().isEmpty())
-            continue; // a group record: the group is there already
-        // A page under a group that is not one of the windows' is skipped.
-        PageTree::addPage(m_tree, g.HistGroup[i], g.HistTitle[i], g.HistUrl[i]);
+    for (const HistoryModel::Entry& entry : m_model->entries()) {
+        if (entry.page)
+            PageTree::addPage(m_tree, entry.group, entry.title, entry.url);
+        else
+            m_tree->addNode(QString(), entry.key, entry.key, KeyedTree::ClosedFolder);
     }
 }
 
@@ -76,7 +84,7 @@ void HistoryTree::SaveHistBtn_Click()
 {
     ensureLoaded();
     Globals& g = globals();
-    const int n = PageTree::toRecords(m_tree, {g.HistGroup, g.HistTitle, g.HistUrl});
+    const int n = m_model->toRecords({g.HistGroup, g.HistTitle, g.HistUrl});
     g.HistoryCount = n;
     SaveHistoryFile(n);
 }
@@ -86,7 +94,6 @@ void HistoryTree::ClearHistBtn_Click()
     if (!DialogService::question(
             QStringLiteral("Are you sure you want to Clear all Web Page Viewing History")))
         return;
-    m_tree->clearNodes();
     CreateHistoryRoots();
 }
 

@@ -3,13 +3,14 @@
 #include <QObject>
 #include <QPoint>
 
+class HistoryModel;
 class KeyedNode;
 class KeyedTree;
 class Verbs;
 
-// The history tree, SSTree3: one group per browser window ("Internet Explorer 1" .. "Internet
-// Explorer 8") and under it every page that window showed, each once (key = address + "/" +
-// group). A page opens with a double click and can be dragged to the Favorites or to a list.
+// The history tree, SSTree3, showing the history the verbs keep (HistoryModel): one group per
+// browser window ("Internet Explorer 1" .. "Internet Explorer 8") and under it every page that
+// window showed, each once (key = address + "/" + group). A page opens with a double click and can be dragged to the Favorites or to a list.
 class HistoryTree : public QObject
 {
     Q_OBJECT
@@ -27,7 +28,7 @@ public:
     // Adds CurrentUrl/CurrentTitle under `group`; false (and nothing changes) when that window's
     // history holds the page already.
     bool CreateNode3(const QString& group);
-    // Adds the pages of the history records under their groups.
+    // Builds the tree from the history.
     void LoadHistoryTree();
     void SaveHistBtn_Click();
     void ClearHistBtn_Click();
@@ -39,6 +40,7 @@ public:
 
 private:
     KeyedTree* m_tree;
+    HistoryModel* m_model;
     Verbs* m_verbs;
     QPoint m_pressPos;
     bool m_pagePressed = false;

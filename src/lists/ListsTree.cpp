@@ -26,7 +26,7 @@ ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPa
       m_favorites(favorites)
 {
     connect(m_model, &ListsModel::reset, this, &ListsTree::showAll);
-    connect(m_model, &ListsModel::listAdded, this, &ListsTree::showList);
+    connect(m_model, &ListsModel::groupAdded, this, &ListsTree::showList);
     connect(m_model, &ListsModel::pageAdded, this, &ListsTree::showPage);
     connect(m_model, &ListsModel::listRenamed, this, &ListsTree::showRenamed);
     connect(m_model, &ListsModel::titleChanged, this, &ListsTree::showTitle);
@@ -53,7 +53,7 @@ void ListsTree::showAll()
     KeyedTree::BulkInsert bulk(m_tree);
     for (const ListsModel::Entry& entry : m_model->entries()) {
         if (entry.page) {
-            PageTree::addPage(m_tree, entry.list, entry.title, entry.url);
+            PageTree::addPage(m_tree, entry.group, entry.title, entry.url);
         } else if (KeyedNode* list = m_tree->addNode(QString(), entry.key, entry.key, KeyedTree::ClosedFolder)) {
             list->setListTag(entry.key);
             m_listNames->addItem(entry.key);

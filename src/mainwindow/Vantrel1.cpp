@@ -95,8 +95,6 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     connect(m_listsPanel, &ListsPanel::helpRequested, this, &Vantrel1::showHelp);
     connect(m_options, &OptionsPanel::helpRequested, this, &Vantrel1::showHelp);
     connect(m_options, &OptionsPanel::aboutRequested, this, &Vantrel1::AboutBtn_Click);
-    // Every document a browser window completes is recorded under that window's group.
-    connect(webForm(), &WebForm1::documentCompleted, m_historyPanel->history(), &HistoryTree::CreateNode3);
     for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
                                 {2, m_listsPanel},
                                 {3, m_historyPanel},

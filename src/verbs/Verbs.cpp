@@ -1,5 +1,6 @@
 #include "Verbs.h"
 
+#include "HistoryModel.h"
 #include "ListsModel.h"
 #include "TimedRun.h"
 #include "WebForm1.h"
@@ -24,7 +25,8 @@ bool isSlot(int slot)
 } // namespace
 
 Verbs::Verbs(QObject* parent)
-    : QObject(parent), m_pool(new WebForm1(this)), m_run(new TimedRun(this, this)), m_lists(new ListsModel(this))
+    : QObject(parent), m_pool(new WebForm1(this)), m_run(new TimedRun(this, this)), m_lists(new ListsModel(this)),
+      m_history(new HistoryModel(this))
 {
     setObjectName(QStringLiteral("Verbs"));
     followPool();
@@ -33,7 +35,7 @@ Verbs::Verbs(QObject* parent)
     connect(m_run, &TimedRun::listTooLong, this, &Verbs::runListTooLong);
     connect(m_run, &TimedRun::changed, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::reset, this, &Verbs::noteChange);
-    connect(m_lists, &ListsModel::listAdded, this, &Verbs::noteChange);
+    connect(m_lists, &ListsModel::groupAdded, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::pageAdded, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::listRenamed, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::titleChanged, this, &Verbs::noteChange);
@@ -66,6 +68,12 @@ void Verbs::followPool()
     });
     connect(m_pool->recovery(), &WindowRecovery::stateShown, this, &Verbs::noteChange);
     connect(m_pool, &WebForm1::newWindowRequested, this, &Verbs::pageAskedForWindow);
+    // Every document a window completes is recorded under that window's group.
+    connect(m_pool, &WebForm1::documentCompleted, this, [this](const QString& group) {
+        const Globals& g = globals();
+        if (m_history->record(group, g.CurrentTitle, g.CurrentUrl))
+            globals().HistoryChanged = true;
+    });
 }
 
 void Verbs::noteChange()

@@ -11,6 +11,7 @@
 #include <array>
 #include <functional>
 
+class HistoryModel;
 class ListsModel;
 class RunWatch;
 class WebForm1;
@@ -37,6 +38,8 @@ public:
     RunWatch* runWatch() const;
     // The favourite lists with their pages.
     ListsModel* lists() const { return m_lists; }
+    // The pages each window showed; a completed document of a window is recorded here.
+    HistoryModel* history() const { return m_history; }
     // The lists' names, and the pages of the list `upperName` (its name upper-cased).
     QStringList listNames() const override;
     QList<ListPageState> listPages(const QString& upperName) const override;
@@ -116,6 +119,7 @@ private:
     TimedRun* m_run;
     NewWindowGate m_newWindowGate;
     ListsModel* m_lists;
+    HistoryModel* m_history;
     struct Row
     {
         QString title;

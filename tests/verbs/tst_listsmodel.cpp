@@ -69,7 +69,7 @@ private slots:
     void addingTakesEachKeyOnce()
     {
         ListsModel model;
-        QSignalSpy lists(&model, &ListsModel::listAdded);
+        QSignalSpy lists(&model, &ListsModel::groupAdded);
         QSignalSpy pages(&model, &ListsModel::pageAdded);
         QVERIFY(model.addList("News"));
         QVERIFY(!model.addList("News"));

@@ -5,6 +5,7 @@
 #include "core/DialogService.h"
 #include "core/Globals.h"
 #include "core/Startup.h"
+#include "verbs/HistoryModel.h"
 #include "verbs/ListsModel.h"
 #include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
@@ -227,6 +228,16 @@ private slots:
         QCOMPARE(w.page, PageRecovery::State::Idle); // scripted windows report no top-frame loads
         QCOMPARE(m_verbs->state().lists.size(), 2);
         QCOMPARE(m_verbs->state().lists[0].pages[1].address, QStringLiteral("https://two.example/"));
+    }
+
+    void aDocumentAWindowCompletesGoesIntoItsHistory()
+    {
+        m_verbs->history()->clear();
+        m_verbs->openPage("https://a.example/", QString(), OpenWhere::NewWindow);
+        window(1)->load("https://a.example/home", "Home of A");
+        QCOMPARE(m_verbs->history()->pagesOf("Internet Explorer 1"),
+                 (QList<ListPageState>{{"Home of A", "https://a.example/home"}}));
+        QVERIFY(g.HistoryChanged);
     }
 
     void changesOfOneTurnAreToldOnce()
