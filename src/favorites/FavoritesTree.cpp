@@ -1,10 +1,10 @@
 #include "FavoritesTree.h"
 
-#include "shortcuts/FavoritesWalk.h"
 #include "ShellServices.h"
 #include "shortcuts/ShortcutFile.h"
 #include "browser/BrowserWindow.h"
 #include "surf/SurfPanel.h"
+#include "verbs/FavoritesModel.h"
 #include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
 #include "core/Clock.h"
@@ -27,8 +27,12 @@ constexpr double kDragDelaySeconds = 0.2;
 }
 
 FavoritesTree::FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, Verbs* verbs, SurfPanel* rows)
-    : QObject(tree), m_tree(tree), m_distribute(distributeButton), m_verbs(verbs), m_rows(rows)
+    : QObject(tree), m_tree(tree), m_model(verbs->favorites()), m_distribute(distributeButton), m_verbs(verbs),
+      m_rows(rows)
 {
+    connect(m_model, &FavoritesModel::reset, this, &FavoritesTree::showAll);
+    connect(m_model, &FavoritesModel::added, this, &FavoritesTree::showAdded);
+    connect(m_model, &FavoritesModel::removed, this, &FavoritesTree::showRemoved);
     connect(tree, &KeyedTree::nodeClicked, this, &FavoritesTree::nodeClicked);
     connect(tree, &KeyedTree::nodeDoubleClicked, this, &FavoritesTree::nodeDoubleClicked);
     connect(tree, &KeyedTree::controlDropped, this, &FavoritesTree::controlDropped);
@@ -51,81 +55,58 @@ bool FavoritesTree::distributing() const
 
 void FavoritesTree::RefreshBtn_Click()
 {
-    m_tree->clearNodes();
     BuildFavoritesTree();
 }
 
 void FavoritesTree::BuildFavoritesTree()
 {
     QApplication::setOverrideCursor(Qt::WaitCursor);
-    {
-        KeyedTree::BulkInsert bulk(m_tree);
-        SetUpHoldArray();
-        AddFavoriteNodes();
-    }
+    SetUpHoldArray();
+    AddFavoriteNodes();
     QApplication::restoreOverrideCursor();
 }
 
 void FavoritesTree::SetUpHoldArray()
 {
-    m_hold = FavoritesWalk::walk(globals().FavoritesPath);
-    m_leftovers = m_hold.leftovers;
+    m_model->walk();
 }
 
 void FavoritesTree::AddFavoriteNodes()
 {
-    // Folders first, breadth first, so that every parent exists before its children.
-    QStringList relative;
-    relative.reserve(m_hold.folders.size());
-    for (const QString& folder : m_hold.folders) {
-        const QString rel = FavoritesWalk::relativePath(folder);
-        relative.append(rel);
-        const qsizetype slash = rel.lastIndexOf(u'/');
-        if (slash < 0)
-            AddFavoriteNode(rel, rel, rel, KeyedTree::ClosedFolder, false);
-        else
-            AddFavoriteNode(rel.left(slash), rel.mid(slash + 1), rel, KeyedTree::ClosedFolder, true);
-    }
-    // Then each folder's shortcuts, then the shortcuts at the top.
-    for (qsizetype i = 0; i < m_hold.folders.size() && i < m_hold.shortcuts.size(); ++i) {
-        for (const QString& file : m_hold.shortcuts[i]) {
-            const QString text = FavoritesWalk::shortcutText(file);
-            AddFavoriteNode(relative[i], text, relative[i] + u'/' + text, KeyedTree::Page, true, file);
-        }
-    }
-    for (const QString& file : m_hold.rootShortcuts) {
-        const QString text = FavoritesWalk::shortcutText(file);
-        AddFavoriteNode(text, text, text, KeyedTree::Page, false, file);
-    }
-    m_hold = {}; // the walk is needed no longer
+    m_model->takeWalk();
 }
 
 int FavoritesTree::removeLeftoverTemporaries()
 {
     int removed = 0;
-    for (const QString& path : std::exchange(m_leftovers, {}))
+    for (const QString& path : m_model->takeLeftovers())
         removed += TextFile::removeLeftover(path) ? 1 : 0;
     return removed;
 }
 
-KeyedNode* FavoritesTree::AddFavoriteNode(const QString& parentKey, const QString& text, const QString& key,
-                                          int image, bool child, const QString& fileName)
+void FavoritesTree::showAll()
 {
-    KeyedNode* node = child ? m_tree->addNode(parentKey, key, text, image)
-                            : m_tree->addNode(QString(), parentKey, parentKey, image);
-    if (!node)
-        return nullptr; // a key present already, or a missing parent: skipped
-    const QString root = globals().FavoritesPath;
-    if (image == KeyedTree::Page) {
-        // The file as it lies on disk: names differ in case on this file system.
-        const QString folder = child ? root + u'/' + parentKey : root;
-        node->setTag(
-            folder + u'/' +
-            (fileName.isEmpty() ? node->key().section(u'/', -1) + QStringLiteral(".url") : fileName));
-    } else {
-        node->setTag(root + u'/' + node->key());
-    }
-    return node;
+    m_tree->clearNodes();
+    KeyedTree::BulkInsert bulk(m_tree);
+    for (const FavoritesModel::Entry& entry : m_model->entries())
+        if (KeyedNode* node = m_tree->addNode(entry.parentKey, entry.key, entry.text,
+                                              entry.folder ? KeyedTree::ClosedFolder : KeyedTree::Page))
+            node->setTag(entry.path);
+}
+
+void FavoritesTree::showAdded(const QString& key)
+{
+    const FavoritesModel::Entry* entry = m_model->find(key);
+    if (!entry)
+        return;
+    if (KeyedNode* node = m_tree->addNode(entry->parentKey, entry->key, entry->text,
+                                          entry->folder ? KeyedTree::ClosedFolder : KeyedTree::Page))
+        node->setTag(entry->path);
+}
+
+void FavoritesTree::showRemoved(const QString& key)
+{
+    m_tree->removeNode(m_tree->node(key));
 }
 
 // ---- using favourites ----------------------------------------------------------------------
@@ -164,7 +145,7 @@ void FavoritesTree::deleteRequested(KeyedNode* node)
     if (!DialogService::question(QStringLiteral("Do you want to Delete ") + path +
                                  QStringLiteral(" from your Favorites?")))
         return;
-    m_tree->removeNode(node);
+    m_model->remove(node->key());
     // A refusal leaves the file where it is; the next refresh shows it again.
     ShellServices::moveToTrash(path);
 }
@@ -190,12 +171,7 @@ void FavoritesTree::addDroppedPage(KeyedNode* target, bool askForTopLevel)
     g.FavFolderSel = folder + u'/';
     if (!CreateFavoriteFile(g.CurrentUrl, g.CurrentTitle, g.FavFolderSel))
         return;
-    const QString file = *ShortcutFileName(g.CurrentTitle);
-    const QString text = FavoritesWalk::shortcutText(file);
-    if (parentKey.isEmpty())
-        AddFavoriteNode(text, text, text, KeyedTree::Page, false, file);
-    else
-        AddFavoriteNode(parentKey, text, parentKey + u'/' + text, KeyedTree::Page, true, file);
+    m_model->addShortcut(parentKey, *ShortcutFileName(g.CurrentTitle));
 }
 
 void FavoritesTree::controlDropped(const QString& sourceTag, const QPoint& pos)

@@ -1,18 +1,17 @@
 #pragma once
 
-#include "shortcuts/FavoritesWalk.h"
-
 #include <QObject>
 #include <QStringList>
 
+class FavoritesModel;
 class GradientButton;
 class KeyedNode;
 class KeyedTree;
 class SurfPanel;
 class Verbs;
 
-// The Favorites tree, SSTree1: the user's Favorites folder as folders and shortcuts, rebuilt on
-// demand; a click makes a favourite the current page, a double click opens it; pages dropped on
+// The Favorites tree, SSTree1: the user's Favorites folder as folders and shortcuts, as the verbs
+// hold it (FavoritesModel), read again on demand; a click makes a favourite the current page, a double click opens it; pages dropped on
 // it become new shortcut files; Delete sends a favourite to the trash; with the distribute mode on,
 // a favourite can be dragged out to the quick buttons and the lists.
 class FavoritesTree : public QObject
@@ -34,11 +33,6 @@ public:
     // Removes the temporary files that interrupted saves of shortcuts left in the folders the
     // last build walked; done once at start-up. Returns how many went.
     int removeLeftoverTemporaries();
-    // Adds one node: with `child`, under the node `parentKey` with the given key and text; without,
-    // at the top, where key and text are both `parentKey`. Its tag is its full path: the folder's
-    // for a folder, the shortcut file's (`fileName`, as it lies on disk) for a shortcut.
-    KeyedNode* AddFavoriteNode(const QString& parentKey, const QString& text, const QString& key, int image,
-                               bool child, const QString& fileName = QString());
 
     // The handlers, reachable for the program's own drags and for tests.
     void nodeClicked(KeyedNode* node);
@@ -61,16 +55,20 @@ private:
     // Writes a shortcut for CurrentUrl/CurrentTitle into the folder under the drop point (or,
     // asked, into the Favorites folder) and shows it in the tree.
     void addDroppedPage(KeyedNode* target, bool askForTopLevel);
+    // The tree follows the Favorites: all of them, one added, one gone. A node's tag is its full
+    // path: the folder's, or the shortcut file's as it lies on disk.
+    void showAll();
+    void showAdded(const QString& key);
+    void showRemoved(const QString& key);
 
     KeyedTree* m_tree;
+    FavoritesModel* m_model;
     GradientButton* m_distribute;
     Verbs* m_verbs;
     SurfPanel* m_rows;
     int m_shortcutSelected = 0;
     void readFavorite(const QString& path);
 
-    FavoritesWalk::Result m_hold; // the folders that SetUpHoldArray found
-    QStringList m_leftovers;
     bool m_mouseDown = false;
     double m_mouseDownTime = 0;
 };

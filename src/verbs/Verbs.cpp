@@ -1,5 +1,6 @@
 #include "Verbs.h"
 
+#include "FavoritesModel.h"
 #include "HistoryModel.h"
 #include "ListsModel.h"
 #include "TimedRun.h"
@@ -26,7 +27,7 @@ bool isSlot(int slot)
 
 Verbs::Verbs(QObject* parent)
     : QObject(parent), m_pool(new WebForm1(this)), m_run(new TimedRun(this, this)), m_lists(new ListsModel(this)),
-      m_history(new HistoryModel(this))
+      m_history(new HistoryModel(this)), m_favorites(new FavoritesModel(this))
 {
     setObjectName(QStringLiteral("Verbs"));
     followPool();

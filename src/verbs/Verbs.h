@@ -11,6 +11,7 @@
 #include <array>
 #include <functional>
 
+class FavoritesModel;
 class HistoryModel;
 class ListsModel;
 class RunWatch;
@@ -40,6 +41,8 @@ public:
     ListsModel* lists() const { return m_lists; }
     // The pages each window showed; a completed document of a window is recorded here.
     HistoryModel* history() const { return m_history; }
+    // The Favorites folder's folders and shortcuts.
+    FavoritesModel* favorites() const { return m_favorites; }
     // The lists' names, and the pages of the list `upperName` (its name upper-cased).
     QStringList listNames() const override;
     QList<ListPageState> listPages(const QString& upperName) const override;
@@ -120,6 +123,7 @@ private:
     NewWindowGate m_newWindowGate;
     ListsModel* m_lists;
     HistoryModel* m_history;
+    FavoritesModel* m_favorites;
     struct Row
     {
         QString title;
