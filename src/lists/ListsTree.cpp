@@ -277,7 +277,7 @@ void ListsTree::showRenamed(const QString& oldName, const QString& newName)
             continue;
         node->setListTag(newName);
         if (node->image() == KeyedTree::Page)
-            m_tree->rekey(node, PageTree::pageKey(node->tag(), newName));
+            m_tree->rekey(node, PageGroups::pageKey(node->tag(), newName));
     }
     const int index = m_listNames->findText(oldName);
     if (index >= 0)

@@ -9,7 +9,6 @@
 #include <QObject>
 
 #include <array>
-#include <functional>
 
 class FavoritesModel;
 class HistoryModel;
