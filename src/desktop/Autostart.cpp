@@ -74,7 +74,12 @@ bool setEnabled(bool on, const QString& program, QString* error)
         return false;
     }
     QFile own(QStringLiteral(":/org.vantrel.Vantrel.desktop"));
-    if (!own.open(QIODevice::ReadOnly) || !QDir().mkpath(QFileInfo(path).path())) {
+    if (!own.open(QIODevice::ReadOnly)) {
+        if (error)
+            *error = QStringLiteral("the program's own desktop entry could not be read");
+        return false;
+    }
+    if (!QDir().mkpath(QFileInfo(path).path())) {
         if (error)
             *error = QStringLiteral("the folder of %1 could not be made").arg(path);
         return false;

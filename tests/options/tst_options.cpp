@@ -461,14 +461,6 @@ private slots:
         QVERIFY(more->isVisible());
         QVERIFY(!login->isChecked());
     }
-    void theAutostartEntryQuotesAPathThatNeedsIt()
-    {
-        const QByteArray own = "[Desktop Entry]\nName=Vantrel\nTryExec=vantrel\nExec=vantrel\nIcon=x\n";
-        QCOMPARE(Autostart::entryFor(own, "/usr/bin/vantrel"),
-                 QByteArray("[Desktop Entry]\nName=Vantrel\nExec=/usr/bin/vantrel\nIcon=x\n"));
-        QCOMPARE(Autostart::entryFor(own, "/opt/my apps/100%/van\"trel$"),
-                 QByteArray("[Desktop Entry]\nName=Vantrel\nExec=\"/opt/my apps/100%%/van\\\\\"trel\\\\$\"\nIcon=x\n"));
-    }
     void moreOptionsOpensTheLog()
     {
         start();
