@@ -22,6 +22,8 @@ namespace {
 constexpr int kDefaultInterval = 2; // "2 minute"
 const QString kWindowsTip = QStringLiteral("Run List in One Internet Explorer Window instead of 8");
 const QString kOptionsTip = QStringLiteral("Set Program Window Options");
+const QString kPauseTip = QStringLiteral("Hold the page shown and what is left of its time");
+const QString kResumeTip = QStringLiteral("Go on from the page held, with the time it had left");
 } // namespace
 
 const QList<QPair<QString, int>>& RunList1::intervals()
@@ -73,7 +75,14 @@ RunList1::RunList1(QWidget* owner, Verbs* verbs, const QComboBox* listNames)
     m_cancel->setToolTip(kOptionsTip);
     m_help = new GradientButton(QStringLiteral("HelpBtn"), QStringLiteral("Help"), frame);
     m_help->setToolTip(QStringLiteral("Help with Program Options"));
-    for (GradientButton* b : {m_go, m_cancel, m_help})
+    // The run going on: back a page, hold it, on a page.
+    m_previous = new GradientButton(QStringLiteral("PreviousBtn"), QStringLiteral("Previous"), frame);
+    m_previous->setToolTip(QStringLiteral("Show the page before the one shown, its time starting afresh"));
+    m_pause = new GradientButton(QStringLiteral("PauseBtn"), QStringLiteral("Pause"), frame);
+    m_pause->setToolTip(kPauseTip);
+    m_next = new GradientButton(QStringLiteral("NextBtn"), QStringLiteral("Next"), frame);
+    m_next->setToolTip(QStringLiteral("Show the next page now, its time starting afresh"));
+    for (GradientButton* b : {m_go, m_cancel, m_help, m_previous, m_pause, m_next})
         b->setMinimumHeight(26);
 
     auto* grid = new QGridLayout(frame);
@@ -89,6 +98,11 @@ RunList1::RunList1(QWidget* owner, Verbs* verbs, const QComboBox* listNames)
     buttons->addWidget(m_cancel);
     buttons->addWidget(m_help);
     grid->addLayout(buttons, 5, 0, 1, 2);
+    auto* steps = new QHBoxLayout;
+    steps->addWidget(m_previous);
+    steps->addWidget(m_pause);
+    steps->addWidget(m_next);
+    grid->addLayout(steps, 6, 0, 1, 2);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(6, 6, 6, 6);
     layout->addWidget(frame);
@@ -96,6 +110,27 @@ RunList1::RunList1(QWidget* owner, Verbs* verbs, const QComboBox* listNames)
     connect(m_go, &GradientButton::clicked, this, &RunList1::GoBtn_Click);
     connect(m_cancel, &GradientButton::clicked, this, &RunList1::close);
     connect(m_help, &GradientButton::clicked, this, &RunList1::helpRequested);
+    connect(m_previous, &GradientButton::clicked, this, [this] { m_verbs->previousPage(); });
+    connect(m_next, &GradientButton::clicked, this, [this] { m_verbs->nextPage(); });
+    connect(m_pause, &GradientButton::clicked, this, [this] {
+        if (m_verbs->state().run.paused)
+            m_verbs->resumeRun();
+        else
+            m_verbs->pauseRun();
+        showRun();
+    });
+    connect(m_verbs, &Verbs::stateChanged, this, &RunList1::showRun);
+    showRun();
+}
+
+void RunList1::showRun()
+{
+    // The step buttons act on a run that goes; the pause button says what a click does.
+    const RunState run = m_verbs->state().run;
+    for (GradientButton* b : {m_previous, m_pause, m_next})
+        b->setEnabled(run.running);
+    m_pause->setText(run.paused ? QStringLiteral("Resume") : QStringLiteral("Pause"));
+    m_pause->setToolTip(run.paused ? kResumeTip : kPauseTip);
 }
 
 RunList1::~RunList1() = default;

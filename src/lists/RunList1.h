@@ -27,6 +27,9 @@ public:
     GradientButton* GoBtn() const { return m_go; }
     GradientButton* CancelBtn() const { return m_cancel; }
     GradientButton* HelpBtn() const { return m_help; }
+    GradientButton* PreviousBtn() const { return m_previous; }
+    GradientButton* PauseBtn() const { return m_pause; }
+    GradientButton* NextBtn() const { return m_next; }
 
     // The interval table: captions and item data (seconds / 10).
     static const QList<QPair<QString, int>>& intervals();
@@ -37,6 +40,10 @@ public:
 
 signals:
     void helpRequested();
+
+private:
+    // The step buttons follow the run.
+    void showRun();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -55,5 +62,8 @@ private:
     GradientButton* m_go;
     GradientButton* m_cancel;
     GradientButton* m_help;
+    GradientButton* m_previous;
+    GradientButton* m_pause;
+    GradientButton* m_next;
     bool m_unloaded = false;
 };
