@@ -103,6 +103,10 @@ void WindowRecovery::loadSucceeded(int slot)
 void WindowRecovery::loadFailed(int slot, const QString& url, const QString& reason, bool network)
 {
     Slot& s = m_slots[size_t(slot)];
+    // A page whose process ended while it was still loading fails to load too: that failure is
+    // the crash's own, and the reload after the crash stands.
+    if (s.recovery.state() == PageRecovery::State::CrashedReloading && s.due.isValid() && url == s.url)
+        return;
     applyPolicy(s);
     EventLog::write(QStringLiteral("load failed: %1 %2 (%3)").arg(window(slot), url, reason));
     const double delay = s.recovery.loadFailed(url, network);

@@ -76,6 +76,21 @@ private slots:
         m_app.reset();
     }
 
+    void aPageKilledWhileItLoadsIsReloadedAfterItsCrashAndItsFailedLoad()
+    {
+        ScriptedBrowserWindow* w = open("https://wall.example/");
+        emit w->loadBegan("https://wall.example/");
+        emit w->pageCrashed("https://wall.example/");
+        // The engine then says the load that was going failed: the reload stands.
+        emit w->loadFailed("https://wall.example/", "net::ERR_FAILED", false);
+        QCOMPARE(badge(1)->toolTip(), QStringLiteral("Crashed, loading again in 2 s"));
+        int tick = 0;
+        QCOMPARE(retriesWithin(w, 3, &tick).size(), 1);
+        // A failure of another address is no part of the crash.
+        emit w->pageCrashed("https://wall.example/");
+        emit w->loadFailed("https://other.example/", "net::ERR_FAILED", false);
+        QCOMPARE(badge(1)->toolTip(), QStringLiteral("Could not be loaded: net::ERR_FAILED"));
+    }
     void aCrashedPageIsReloadedAfterTwoSecondsThreeTimesThenLeft()
     {
         ScriptedBrowserWindow* w = open("https://wall.example/");
