@@ -260,11 +260,6 @@ void ListsTree::labelEdited(KeyedNode* node, const QString& oldText, const QStri
     globals().ListsChanged = true;
 }
 
-void ListsTree::RenameList(const QString& oldName, const QString& newName)
-{
-    m_model->renameList(oldName, newName);
-}
-
 void ListsTree::showRenamed(const QString& oldName, const QString& newName)
 {
     if (KeyedNode* list = m_tree->node(oldName)) {

@@ -58,7 +58,6 @@ public:
     bool AddListNode(const QString& name);
     bool AddPageToList();
     bool AddPageNode(const QString& listName);
-    void RenameList(const QString& oldName, const QString& newName);
     // The addresses of the pages of the list `upperName` (upper-cased), in tree order; at most
     // 251: `overflow` tells when the list holds more.
     QStringList BuildRunList(const QString& upperName, bool* found, bool* overflow = nullptr) const;

@@ -13,13 +13,14 @@ ProgramSession::ProgramSession(Verbs* verbs, RunResumer resumeRun)
 
 Session ProgramSession::snapshot() const
 {
-    const ProgramState state = m_verbs->state();
+    // The windows and the run only: the lists are no part of the session.
+    const Globals& g = globals();
     Session now;
-    for (const WindowState& window : state.windows)
+    for (const WindowState& window : m_verbs->windows())
         now.windows.append({window.slot, window.address, window.title});
-    now.currentSlot = state.currentSlot;
-    now.newWindowMode = state.newWindowMode;
-    const RunState& run = state.run;
+    now.currentSlot = g.WindowIndex >= 0 && g.WindowIndex <= kWindowSlots ? g.WindowIndex : 0;
+    now.newWindowMode = g.NewWindowMode;
+    const RunState run = m_verbs->runState();
     if (run.running && !run.list.isEmpty())
         now.run = SessionRun{run.list, run.intervalSeconds, run.loop, run.severalWindows, run.keepPagesLoaded, run.next};
     return now;

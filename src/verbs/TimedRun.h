@@ -50,8 +50,6 @@ public:
     ListRun& run() { return m_run; }
     KeptPages& keptPages() { return m_kept; }
     RunWatch* runWatch() const { return m_runWatch; }
-    const RunChoice& choice() const { return m_choice; }
-    Caller caller() const { return m_runCaller; }
 
     // The addresses a run of these pages goes through: at most kRunCapacity, `overflow` when the
     // list holds more.

@@ -101,16 +101,13 @@ VerbResult Verbs::openPage(const QString& address, const QString& title, OpenWhe
             return VerbResult::failed(VerbResult::NoSuchSlot, QString::number(slot));
         g.CurrentUrl = address;
         g.CurrentTitle = title;
-        if (!g.WindowUrl[slot].isEmpty()) {
-            // The slot's own window goes to the page, as a run's one-window step does.
-            g.WindowIndex = slot;
-            m_pool->Form_LoadGo(slot);
-            noteChange();
-            return VerbResult::done();
-        }
-        if (g.WindowCount >= kWindowSlots)
-            return VerbResult::failed(VerbResult::AllWindowsOpen);
-        return openInSlot(slot);
+        if (g.WindowUrl[slot].isEmpty())
+            return openInSlot(slot);
+        // The slot's own window goes to the page, as a run's one-window step does.
+        g.WindowIndex = slot;
+        m_pool->Form_LoadGo(slot);
+        noteChange();
+        return VerbResult::done();
     }
     g.CurrentUrl = address;
     g.CurrentTitle = title;
@@ -303,16 +300,30 @@ WindowState Verbs::window(int slot) const
     return w;
 }
 
+QList<WindowState> Verbs::windows() const
+{
+    QList<WindowState> open;
+    for (int slot = 1; slot <= kWindowSlots; ++slot)
+        if (!globals().WindowUrl[slot].isEmpty())
+            open.append(window(slot));
+    return open;
+}
+
+RunState Verbs::runState() const
+{
+    RunState run;
+    m_run->fill(run);
+    return run;
+}
+
 ProgramState Verbs::state() const
 {
     const Globals& g = globals();
     ProgramState s;
-    for (int slot = 1; slot <= kWindowSlots; ++slot)
-        if (!g.WindowUrl[slot].isEmpty())
-            s.windows.append(window(slot));
+    s.windows = windows();
     s.currentSlot = isSlot(g.WindowIndex) ? g.WindowIndex : 0;
     s.newWindowMode = g.NewWindowMode;
-    m_run->fill(s.run);
+    s.run = runState();
     for (const QString& name : listNames())
         s.lists.append({name, listPages(name.toUpper())});
     return s;
@@ -388,16 +399,6 @@ VerbResult Verbs::pauseRun()
 VerbResult Verbs::resumeRun()
 {
     return m_run->resume();
-}
-
-const RunChoice& Verbs::runChoice() const
-{
-    return m_run->choice();
-}
-
-Caller Verbs::runCaller() const
-{
-    return m_run->caller();
 }
 
 void Verbs::tick()

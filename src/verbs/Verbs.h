@@ -81,15 +81,15 @@ public:
     VerbResult previousPage();
     VerbResult pauseRun();
     VerbResult resumeRun();
-    const RunChoice& runChoice() const;
-    // Who started the run going on.
-    Caller runCaller() const;
 
     // Timer1's work: the run, the watch over it, the retries and reloads of the windows' pages.
     void tick();
 
     // ---- the state
     ProgramState state() const;
+    // Parts of it, for a reader that needs no more (the session, written at the timer's ticks).
+    QList<WindowState> windows() const;
+    RunState runState() const;
     // The window of the slot as the program knows it (its row's title and address).
     WindowState window(int slot) const;
 
