@@ -1,7 +1,17 @@
 #pragma once
 
+#include "settings/PageSettings.h"
+
 #include <QObject>
 #include <QString>
+
+// The keys that steer a running list from its windows.
+enum class RunKey
+{
+    PauseOrResume, // Ctrl+Shift+Space
+    Next,          // Ctrl+Shift+Right
+    Previous,      // Ctrl+Shift+Left
+};
 
 // One browsing slot's window as the pool drives it: created hidden, shown and hidden, put into
 // theater (full-screen) mode, sent to an address, asked for its page title, told to quit. It
@@ -34,6 +44,19 @@ public:
     // Loads again the address that failed to load, or whose page crashed.
     virtual void retry() = 0;
 
+    // How the pages this window loads from now on are shown (a list's page settings): at the
+    // zoom of `look`, set before the page comes up, and once in view scrolled as it says over
+    // `shownSeconds`. Empty settings: as the page comes.
+    virtual void setPageLook(const PageSettings& look, double shownSeconds)
+    {
+        Q_UNUSED(look)
+        Q_UNUSED(shownSeconds)
+    }
+    // The page comes into view again (a kept window brought forward): its scroll starts afresh.
+    virtual void shownAgain() {}
+    // The window belongs to a running list: it takes the run keys (runKeyPressed) instead of its page.
+    virtual void setRunKeys(bool on) { Q_UNUSED(on) }
+
 signals:
     void beforeNavigate(const QString& url);
     void navigateComplete(const QString& url);
@@ -51,4 +74,7 @@ signals:
     // A page of this window asked for a new window showing `url`; `userInitiated` when the user
     // clicked for it, false when the page's script asked by itself.
     void newWindowRequested(const QString& url, bool userInitiated);
+    // A person clicked, scrolled, typed or touched in the window (moving the pointer is not enough).
+    void personActed();
+    void runKeyPressed(RunKey key);
 };

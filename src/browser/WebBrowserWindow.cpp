@@ -3,12 +3,16 @@
 #include "BrowserFrame.h"
 #include "BrowserPage.h"
 #include "BrowserProfile.h"
+#include "InputWatch.h"
+#include "PageLook.h"
 #include "core/PageText.h"
 
 #include <QTimer>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
+
+#include <utility>
 
 namespace {
 // How long after the engine's load end the top frame's own report may still arrive. Pages where
@@ -20,6 +24,9 @@ WebBrowserWindow::WebBrowserWindow(QObject* parent)
     : BrowserWindow(parent), m_page(new BrowserPage(BrowserProfile::profile(), this))
 {
     m_frame = new BrowserFrame(m_page);
+    m_input = new InputWatch(m_frame);
+    connect(m_input, &InputWatch::acted, this, &BrowserWindow::personActed);
+    connect(m_input, &InputWatch::runKeyPressed, this, &BrowserWindow::runKeyPressed);
     attachPage(m_page);
     connect(m_frame, &BrowserFrame::closed, this, [this] {
         if (m_quitted)
@@ -72,14 +79,75 @@ void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
     attachPage(m_page);
     m_frame->stagePage(m_page);
     const quint64 staging = ++m_staging;
-    // Loaded, the page comes up once it has been drawn under the shown one, so that no empty view
-    // shows for an instant; a page that takes too long comes up as far as it has come.
-    connect(m_page, &QWebEnginePage::loadFinished, this, [this, staging] {
-        if (m_frame)
-            m_frame->whenStagedPageDrawn([this, staging] { showStagedPage(staging); });
+    // Loaded, the page comes up once it has been drawn under the shown one, at its zoom, so that
+    // no empty view or wrong zoom shows for an instant; a page that takes too long comes up as far
+    // as it has come.
+    BrowserPage* staged = m_page;
+    connect(m_page, &QWebEnginePage::loadFinished, this, [this, staging, staged] {
+        fitThen(staged, [this, staging] {
+            if (m_frame)
+                m_frame->whenStagedPageDrawn([this, staging] { showStagedPage(staging); });
+        });
     });
     QTimer::singleShot(timeoutMs, this, [this, staging] { showStagedPage(staging); });
+    zoomBeforeLoad(m_page);
+    m_lookPending = false; // the look follows when the page comes up
     m_page->load(QUrl::fromUserInput(address));
+}
+
+void WebBrowserWindow::setPageLook(const PageSettings& look, double shownSeconds)
+{
+    m_look = look;
+    m_lookSeconds = shownSeconds;
+}
+
+void WebBrowserWindow::setRunKeys(bool on)
+{
+    m_input->takeRunKeys = on;
+}
+
+void WebBrowserWindow::shownAgain()
+{
+    startScroll();
+}
+
+void WebBrowserWindow::zoomBeforeLoad(BrowserPage* page)
+{
+    if (const double zoom = PageLook::fixedZoom(m_look); zoom > 0) {
+        page->setZoomFactor(zoom);
+        m_zoomedByLook = true;
+    } else if (m_zoomedByLook) {
+        page->setZoomFactor(1.0); // the last look's zoom goes with it; a person's own stays
+        m_zoomedByLook = false;
+    }
+}
+
+void WebBrowserWindow::fitThen(BrowserPage* page, std::function<void()> then)
+{
+    if (m_look.zoom != PageSettings::kFitWidth) {
+        then();
+        return;
+    }
+    QPointer<BrowserPage> guard(page);
+    page->runJavaScript(PageLook::widthProbe(), QWebEngineScript::ApplicationWorld,
+                        [this, guard, then = std::move(then)](const QVariant& result) {
+                            if (!guard)
+                                return; // the page went, and its window with it
+                            const QVariantList widths = result.toList();
+                            if (widths.size() == 2) {
+                                guard->setZoomFactor(PageLook::fitZoom(widths[0].toDouble(), widths[1].toDouble(),
+                                                                       guard->zoomFactor()));
+                                m_zoomedByLook = true;
+                            }
+                            then();
+                        });
+}
+
+void WebBrowserWindow::startScroll()
+{
+    const QString script = PageLook::scrollScript(m_look, m_lookSeconds);
+    if (!script.isEmpty())
+        m_page->runJavaScript(script, QWebEngineScript::ApplicationWorld);
 }
 
 void WebBrowserWindow::showStagedPage(quint64 staging)
@@ -90,6 +158,7 @@ void WebBrowserWindow::showStagedPage(quint64 staging)
     if (old && old != m_page)
         old->deleteLater();
     m_shownPage = nullptr;
+    startScroll();
 }
 
 WebBrowserWindow::~WebBrowserWindow()
@@ -125,6 +194,8 @@ bool WebBrowserWindow::theaterMode() const
 
 void WebBrowserWindow::navigate(const QString& address)
 {
+    zoomBeforeLoad(m_page);
+    m_lookPending = m_look.zoom == PageSettings::kFitWidth || m_look.scroll != PageSettings::Scroll::None;
     m_page->load(QUrl::fromUserInput(address));
 }
 
@@ -190,6 +261,8 @@ void WebBrowserWindow::onFrameReport(const FrameReport::Report& report)
 
 void WebBrowserWindow::onLoadFinished()
 {
+    if (std::exchange(m_lookPending, false))
+        fitThen(m_page, [this] { startScroll(); });
     const quint64 load = m_loadNumber;
     QTimer::singleShot(kReportGraceMs, this, [this, load] {
         if (load != m_loadNumber || m_topCompleted)

@@ -6,7 +6,10 @@
 #include <QPointer>
 #include <QUrl>
 
+#include <functional>
+
 class BrowserPage;
+class InputWatch;
 class QWebEngineLoadingInfo;
 
 namespace FrameReport {
@@ -31,6 +34,9 @@ public:
     void quit() override;
     void retry() override;
     void navigateWhenReady(const QString& address, int timeoutMs) override;
+    void setPageLook(const PageSettings& look, double shownSeconds) override;
+    void shownAgain() override;
+    void setRunKeys(bool on) override;
 
     BrowserFrame* frame() const { return m_frame; }
     BrowserPage* page() const { return m_page; }
@@ -42,6 +48,10 @@ private:
     void onLoadFinished();
     void onTitleChanged();
     void onLoadingChanged(const QWebEngineLoadingInfo& info);
+    // The look's zoom on a page about to load; a fit to the width once it has loaded, then `then`.
+    void zoomBeforeLoad(BrowserPage* page);
+    void fitThen(BrowserPage* page, std::function<void()> then);
+    void startScroll();
 
     QPointer<BrowserFrame> m_frame;
     BrowserPage* m_page;               // the page whose events the window reports
@@ -52,4 +62,9 @@ private:
     quint64 m_loadNumber = 0;
     bool m_quitted = false;
     QUrl m_failedUrl; // the address whose load failed last, tried again by retry()
+    InputWatch* m_input;
+    PageSettings m_look;
+    double m_lookSeconds = 0;
+    bool m_lookPending = false;  // the page loading now is to get the look once loaded
+    bool m_zoomedByLook = false; // the zoom is the look's, not the person's own
 };

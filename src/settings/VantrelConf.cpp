@@ -24,6 +24,13 @@ const QList<Setting>& all()
          false, 0, 0, 1440, QStringLiteral("never"), QStringLiteral(" min")},
         {kKeepScreenAwake, QStringLiteral("Keep the screen awake while a list runs"),
          QStringLiteral("The screen saver and screen blanking are held off while a list runs"), true, 1, 0, 1, {}, {}},
+        {kHandsOnPause, QStringLiteral("Pause the rotation while someone uses its window"),
+         QStringLiteral("A click, a scroll, a key or a touch in a window of a running list holds the list at its "
+                        "page; moving the pointer alone does not"),
+         true, 1, 0, 1, {}, {}},
+        {kHandsOnSeconds, QStringLiteral("... and go on after no input for"),
+         QStringLiteral("The list goes on at the page the person left once nobody has used its window this long"),
+         false, 60, 5, 3600, QString(), QStringLiteral(" s")},
         {kCrashReloads, QStringLiteral("Reload a crashed page by itself, at most"),
          QStringLiteral("A page whose process ends abnormally is loaded again by itself this often; after "
                         "that it shows its Reload button and waits"),

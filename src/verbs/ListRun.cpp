@@ -14,15 +14,16 @@ void ListRun::tick()
         RunStart = Clock::secondsSinceMidnight();
     // Past midnight the clock starts again at 0 and the wait simply lasts until it catches up.
     const double elapsed = Clock::secondsSinceMidnight() - RunStart;
-    if (!(elapsed > g.RunInterval || RunPos == 0))
+    // A page's own time is kept to the moment; the run's interval is waited out as always.
+    const int own = RunPos > 0 ? ruleAt(RunPos - 1).seconds : 0;
+    const bool due = own > 0 ? elapsed >= own : elapsed > g.RunInterval;
+    if (!(due || RunPos == 0))
         return;
     if (RunPos > 0)
         RunStart = 0; // the next wait begins at the next tick
+    RunPos = shownFrom(RunPos);
     if (RunPos < RunCount()) {
-        g.CurrentUrl = m_urls[RunPos];
-        if (openPage)
-            openPage(g.RunListMulti);
-        RunPos = RunPos + 1;
+        open();
     } else if (g.RunListLoop) {
         restart();
     } else {
@@ -50,16 +51,44 @@ void ListRun::stop()
     m_heldSeconds = 0;
 }
 
-void ListRun::step()
+ListRun::PageRule ListRun::ruleAt(int position) const
+{
+    if (!pageRule || position < 0 || position >= RunCount())
+        return {};
+    return pageRule(position);
+}
+
+int ListRun::shownFrom(int from) const
+{
+    int position = std::max(from, 0);
+    while (position < RunCount() && ruleAt(position).skip)
+        ++position;
+    return position;
+}
+
+void ListRun::open()
 {
     Globals& g = globals();
     g.CurrentUrl = m_urls[RunPos];
     if (openPage)
         openPage(g.RunListMulti);
     RunPos = RunPos + 1;
+    if (ruleAt(RunPos - 1).seconds > 0)
+        RunStart = Clock::secondsSinceMidnight();
+}
+
+double ListRun::shownFor() const
+{
+    const int own = RunPos > 0 ? ruleAt(RunPos - 1).seconds : 0;
+    return own > 0 ? own : globals().RunInterval;
+}
+
+void ListRun::step()
+{
+    open();
     // Its whole time from now: the wait is counted from this moment, as a tick would have.
     RunStart = Clock::secondsSinceMidnight();
-    m_heldSeconds = g.RunInterval;
+    m_heldSeconds = shownFor();
 }
 
 bool ListRun::next()
@@ -67,10 +96,13 @@ bool ListRun::next()
     const Globals& g = globals();
     if (!g.RunListRunning || RunCount() == 0)
         return false;
+    RunPos = shownFrom(RunPos);
     if (RunPos >= RunCount()) {
         if (!g.RunListLoop)
             return false; // the last page is shown: the run ends at its next tick
-        RunPos = 0;
+        RunPos = shownFrom(0);
+        if (RunPos >= RunCount())
+            return false; // every page is passed by for now
     }
     step();
     return true;
@@ -81,18 +113,26 @@ bool ListRun::previous()
     const Globals& g = globals();
     if (!g.RunListRunning || RunCount() == 0)
         return false;
-    // RunPos is the page after the one shown; the one before that is two back.
+    // RunPos is the page after the one shown; the one before that is two back, passing by the
+    // pages skipped for now.
     int target = RunPos - 2;
-    if (target < 0) {
-        if (!g.RunListLoop)
-            return false;
-        target += RunCount();
-        if (target < 0)
-            target = 0;
+    for (int looked = 0; looked < RunCount(); ++looked) {
+        if (target < 0) {
+            if (!g.RunListLoop)
+                return false;
+            target += RunCount();
+            if (target < 0)
+                target = 0;
+        }
+        target = std::clamp(target, 0, RunCount() - 1);
+        if (!ruleAt(target).skip) {
+            RunPos = target;
+            step();
+            return true;
+        }
+        --target;
     }
-    RunPos = std::clamp(target, 0, RunCount() - 1);
-    step();
-    return true;
+    return false;
 }
 
 double ListRun::secondsToNext() const
@@ -105,8 +145,8 @@ double ListRun::secondsToNext() const
     if (RunPos == 0 && RunStart == 0)
         return 0; // the first page opens at the next tick
     if (RunStart == 0)
-        return g.RunInterval; // the wait begins at the next tick
-    const double left = g.RunInterval - (Clock::secondsSinceMidnight() - RunStart);
+        return shownFor(); // the wait begins at the next tick
+    const double left = shownFor() - (Clock::secondsSinceMidnight() - RunStart);
     return std::max(0.0, left);
 }
 
@@ -128,7 +168,7 @@ bool ListRun::resume()
     if (RunPos == 0 && RunStart == 0)
         return true; // nothing was shown yet: the first page opens at the next tick
     // The wait goes on as if it had begun that much earlier.
-    RunStart = Clock::secondsSinceMidnight() - (g.RunInterval - m_heldSeconds);
+    RunStart = Clock::secondsSinceMidnight() - (shownFor() - m_heldSeconds);
     if (RunStart == 0)
         RunStart = 1e-9; // 0 would mean "not started"
     return true;

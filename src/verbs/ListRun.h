@@ -19,6 +19,16 @@ public:
     // Brings the run dialog forward when it is open.
     std::function<void()> focusDialog;
 
+    // How the page at a position goes through the run, when it has a way of its own: shown for
+    // `seconds` counted from the moment it opens (0: the run's interval, counted as always), or
+    // passed by for now.
+    struct PageRule
+    {
+        int seconds = 0;
+        bool skip = false;
+    };
+    std::function<PageRule(int position)> pageRule;
+
     void setPages(const QStringList& urls) { m_urls = urls; }
     const QStringList& pages() const { return m_urls; }
     int RunCount() const { return int(m_urls.size()); }
@@ -43,10 +53,17 @@ public:
     bool paused() const { return m_paused; }
     // The seconds until the next step, as the clock reads now (the held time while paused).
     double secondsToNext() const;
+    // How long the page shown now stays: its own time, or the run's interval.
+    double shownFor() const;
 
 private:
     // Opens the page at RunPos now and begins its wait.
     void step();
+    // Opens the page at RunPos as a tick does; a page with a time of its own starts it now.
+    void open();
+    PageRule ruleAt(int position) const;
+    // The first position from `from` on whose page is not passed by; RunCount() when none.
+    int shownFrom(int from) const;
 
     QStringList m_urls;
     bool m_paused = false;

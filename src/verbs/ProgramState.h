@@ -15,6 +15,7 @@ struct WindowState
     bool current = false; // the slot of WindowIndex
     PageRecovery::State page = PageRecovery::State::Idle; // the picture beside the row
     QString pageText;                                     // and its words
+    bool runPaused = false; // it shows the page of a run that is paused
 
     bool operator==(const WindowState&) const = default;
 };
@@ -31,6 +32,8 @@ struct RunState
     int position = -1;    // the page shown now, 0-based; -1 before the first
     int next = 0;         // the page the next step opens
     bool paused = false;
+    bool heldByPerson = false; // paused because someone uses a window of the run
+    int slot = 0;              // the window of the page shown now
     double secondsToNext = 0; // until the next step, as the run's clock sees it
 
     bool operator==(const RunState&) const = default;

@@ -1,6 +1,7 @@
 #include "TimedRun.h"
 
 #include "WebForm1.h"
+#include "browser/BrowserWindow.h"
 #include "core/Clock.h"
 #include "core/Globals.h"
 #include "settings/VantrelConf.h"
@@ -8,6 +9,7 @@
 #include "watch/RunWatch.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -27,6 +29,10 @@ TimedRun::TimedRun(RunHost* host, QObject* parent)
         emit completed(m_runCaller);
     };
     m_run.focusDialog = [this] { emit dialogWanted(); };
+    m_run.pageRule = [this](int position) { return m_pages.ruleAt(position); };
+    m_stepTimer.setSingleShot(true);
+    m_stepTimer.setTimerType(Qt::PreciseTimer);
+    connect(&m_stepTimer, &QTimer::timeout, this, &TimedRun::tick);
 }
 
 QStringList TimedRun::runAddresses(const QList<ListPageState>& pages, bool* overflow)
@@ -42,8 +48,30 @@ QStringList TimedRun::runAddresses(const QList<ListPageState>& pages, bool* over
 bool TimedRun::BuildRunList(const QString& upperName, bool* overflow)
 {
     m_run.setPages(runAddresses(m_verbs->listPages(upperName), overflow));
+    m_pages = RunPages();
+    refreshPageSettings();
     m_kept.start(0, false, false); // a run that keeps pages asks for it itself
     return m_run.RunCount() > 0;
+}
+
+void TimedRun::refreshPageSettings()
+{
+    const QStringList& urls = m_run.pages();
+    QList<PageSettings> settings;
+    for (const QString& url : urls)
+        settings.append(m_verbs->pageSettings(globals().RunListName, url));
+    m_pages.setPages(urls, settings);
+}
+
+double TimedRun::shownFor(int position) const
+{
+    const int own = m_pages.ruleAt(position).seconds;
+    return own > 0 ? own : globals().RunInterval;
+}
+
+int TimedRun::shownSlot() const
+{
+    return globals().RunListRunning ? m_pages.slotOf(m_run.RunPos - 1) : 0;
 }
 
 VerbResult TimedRun::start(const RunChoice& choice, Caller caller)
@@ -81,6 +109,7 @@ VerbResult TimedRun::start(const RunChoice& choice, Caller caller)
     if (overflow)
         emit listTooLong(caller);
     emit changed();
+    armStep();
     return VerbResult::done();
 }
 
@@ -126,8 +155,18 @@ VerbResult TimedRun::stop()
     m_run.stop();
     g.RunListLoop = false;
     g.RunListMulti = false;
+    releaseSlots();
     emit changed();
     return VerbResult::done();
+}
+
+void TimedRun::releaseSlots()
+{
+    for (int slot : std::as_const(m_slots))
+        m_verbs->pool()->setRunKeys(slot, false);
+    m_slots.clear();
+    m_handsOn = false;
+    m_stepTimer.stop();
 }
 
 VerbResult TimedRun::next()
@@ -136,7 +175,9 @@ VerbResult TimedRun::next()
         return VerbResult::failed(VerbResult::NotRunning);
     if (!m_run.next())
         return VerbResult::failed(VerbResult::NoPageThere);
+    m_handsOn = false;
     emit changed();
+    armStep();
     return VerbResult::done();
 }
 
@@ -146,7 +187,9 @@ VerbResult TimedRun::previous()
         return VerbResult::failed(VerbResult::NotRunning);
     if (!m_run.previous())
         return VerbResult::failed(VerbResult::NoPageThere);
+    m_handsOn = false;
     emit changed();
+    armStep();
     return VerbResult::done();
 }
 
@@ -154,7 +197,10 @@ VerbResult TimedRun::pause()
 {
     if (!globals().RunListRunning)
         return VerbResult::failed(VerbResult::NotRunning);
+    m_handsOn = false; // held on purpose: only Resume goes on
     if (m_run.pause()) {
+        m_stepTimer.stop();
+        m_addressAtHold = m_verbs->windowAddress(shownSlot());
         EventLog::write(QStringLiteral("run paused: %1 at page %2").arg(globals().RunListName).arg(m_run.RunPos));
         emit changed();
     }
@@ -165,21 +211,96 @@ VerbResult TimedRun::resume()
 {
     if (!globals().RunListRunning)
         return VerbResult::failed(VerbResult::NotRunning);
+    m_handsOn = false;
     if (m_run.resume()) {
+        bringBackShownPage();
         EventLog::write(QStringLiteral("run resumed: %1").arg(globals().RunListName));
         emit changed();
+        armStep();
     }
     return VerbResult::done();
+}
+
+void TimedRun::bringBackShownPage()
+{
+    const int shown = m_run.RunPos - 1;
+    const int slot = m_pages.slotOf(shown);
+    const QString now = m_verbs->windowAddress(slot);
+    if (slot == 0 || now.isEmpty() || now == m_addressAtHold)
+        return;
+    EventLog::write(QStringLiteral("page brought back: window %1 %2").arg(slot).arg(m_pages.address(shown)));
+    m_verbs->pool()->reloadInPlace(slot, m_pages.address(shown), m_pages.settingsAt(shown), m_run.secondsToNext());
+    m_pages.loaded(shown, slot, nowSeconds());
+}
+
+void TimedRun::personActed(int slot)
+{
+    if (!globals().RunListRunning || !owns(slot) || !VantrelConf::flag(VantrelConf::kHandsOnPause))
+        return;
+    m_lastInput = nowSeconds();
+    if (m_run.paused())
+        return; // held already: by this person a moment ago, or on purpose
+    if (!m_run.pause())
+        return;
+    m_handsOn = true;
+    m_stepTimer.stop();
+    m_addressAtHold = m_verbs->windowAddress(shownSlot());
+    EventLog::write(QStringLiteral("run paused: someone uses window %1 (%2 at page %3)")
+                        .arg(slot)
+                        .arg(globals().RunListName)
+                        .arg(m_run.RunPos));
+    emit changed();
+}
+
+void TimedRun::runKey(int slot, RunKey key)
+{
+    if (!globals().RunListRunning || !owns(slot))
+        return;
+    switch (key) {
+    case RunKey::PauseOrResume:
+        if (m_run.paused())
+            resume();
+        else
+            pause();
+        break;
+    case RunKey::Next:
+        next();
+        break;
+    case RunKey::Previous:
+        previous();
+        break;
+    }
+}
+
+void TimedRun::armStep()
+{
+    m_stepTimer.stop();
+    if (!globals().RunListRunning || m_run.paused() || m_run.RunPos == 0 || m_run.RunStart == 0)
+        return;
+    if (m_pages.ruleAt(m_run.RunPos - 1).seconds <= 0)
+        return; // the run's interval is waited out at the ticks, as it always was
+    m_stepTimer.start(int(std::ceil(m_run.secondsToNext() * 1000.0)));
 }
 
 void TimedRun::openRunPage(bool multi)
 {
     if (showKeptPage())
         return;
-    m_verbs->pool()->RunNavigating = true;
+    const int position = m_run.RunPos;
+    WebForm1* pool = m_verbs->pool();
+    pool->RunNavigating = true;
+    pool->RunLook = m_pages.settingsAt(position);
+    pool->RunLookSeconds = shownFor(position);
     m_verbs->NewBtnAction(multi, m_runCaller);
-    m_verbs->pool()->RunNavigating = false;
-    m_kept.loaded(m_run.RunPos, globals().WindowIndex, nowSeconds());
+    pool->RunNavigating = false;
+    const int slot = globals().WindowIndex;
+    const double now = nowSeconds();
+    m_kept.loaded(position, slot, now);
+    m_pages.loaded(position, slot, now);
+    if (slot >= 1 && slot <= kWindowSlots) {
+        m_slots.insert(slot);
+        pool->setRunKeys(slot, true);
+    }
 }
 
 bool TimedRun::showKeptPage()
@@ -190,14 +311,24 @@ bool TimedRun::showKeptPage()
     if (slot == 0)
         return false;
     const double now = nowSeconds();
-    if (m_kept.reloadDue(position, now, 60.0 * VantrelConf::value(VantrelConf::kKeptReloadMinutes))) {
+    WebForm1* pool = m_verbs->pool();
+    const bool reload = m_pages.reloadAsShown(position, now, VantrelConf::value(VantrelConf::kKeptReloadMinutes));
+    if (reload) {
         g.WindowIndex = slot;
-        m_verbs->pool()->Form_LoadGo(slot); // loaded again in its own window
+        pool->RunNavigating = true;
+        pool->RunLook = m_pages.settingsAt(position);
+        pool->RunLookSeconds = shownFor(position);
+        pool->Form_LoadGo(slot); // loaded again in its own window
+        pool->RunNavigating = false;
         m_kept.loaded(position, slot, now);
+        m_pages.loaded(position, slot, now);
     } else {
         EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
     }
     m_verbs->bringForward(slot);
+    if (!reload)
+        if (BrowserWindow* window = pool->ie(slot))
+            window->shownAgain(); // its scroll starts at the top again
     return true;
 }
 
@@ -207,8 +338,29 @@ void TimedRun::tick()
     const bool running = globals().RunListRunning;
     m_runWatch->tick(); // a run that was just started is logged before its first page opens
     m_run.tick();
+    const double now = nowSeconds();
+    const int shown = m_run.RunPos - 1;
+    if (globals().RunListRunning && !m_run.paused() && m_pages.reloadWhileShown(shown, now)) {
+        // A live page is loaded again while it stays in view, as its own rule says.
+        const int slot = m_pages.slotOf(shown);
+        EventLog::write(QStringLiteral("page reloaded: window %1 %2").arg(slot).arg(m_pages.address(shown)));
+        m_verbs->pool()->reloadInPlace(slot, m_pages.address(shown), m_pages.settingsAt(shown), 0);
+        m_pages.loaded(shown, slot, now);
+    }
+    if (m_handsOn && m_run.paused() && now - m_lastInput >= VantrelConf::value(VantrelConf::kHandsOnSeconds)) {
+        m_handsOn = false;
+        m_run.resume();
+        bringBackShownPage();
+        EventLog::write(QStringLiteral("run resumed: nobody used its window for %1 s (%2)")
+                            .arg(VantrelConf::value(VantrelConf::kHandsOnSeconds))
+                            .arg(globals().RunListName));
+        emit changed();
+    }
+    if (!globals().RunListRunning && !m_slots.isEmpty())
+        releaseSlots();
     if (m_run.RunPos != before || globals().RunListRunning != running)
         emit changed();
+    armStep();
 }
 
 void TimedRun::fill(RunState& r) const
@@ -226,6 +378,8 @@ void TimedRun::fill(RunState& r) const
     r.position = m_run.RunPos - 1;
     r.next = m_run.RunPos;
     r.paused = m_run.paused();
+    r.heldByPerson = m_handsOn;
+    r.slot = shownSlot();
     r.secondsToNext = m_run.secondsToNext();
 }
 

@@ -3,10 +3,14 @@
 #include "Caller.h"
 #include "ListRun.h"
 #include "ProgramState.h"
+#include "RunPages.h"
+#include "browser/BrowserWindow.h"
 #include "VerbResult.h"
 #include "watch/KeptPages.h"
 
 #include <QObject>
+#include <QSet>
+#include <QTimer>
 
 class RunWatch;
 class WebForm1;
@@ -29,6 +33,9 @@ public:
     virtual ~RunHost() = default;
     virtual QStringList listNames() const = 0;
     virtual QList<ListPageState> listPages(const QString& upperName) const = 0;
+    virtual PageSettings pageSettings(const QString& list, const QString& address) const = 0;
+    // Where the slot's window is now ("" when it is not open).
+    virtual QString windowAddress(int slot) const = 0;
     virtual VerbResult NewBtnAction(bool newWindow, Caller caller) = 0;
     virtual VerbResult bringForward(int slot) = 0;
     virtual WebForm1* pool() const = 0;
@@ -71,6 +78,17 @@ public:
     void tick();
     // The run as the state tells it.
     void fill(RunState& state) const;
+    // The window of the page shown now; 0 before the first.
+    int shownSlot() const;
+
+    // The settings of the lists' pages changed: the run takes them from its next step on.
+    void refreshPageSettings();
+    // A person used the slot's window: a run that owns it holds still while they do (when the
+    // setting says so), and goes on once they have left it alone for a while.
+    void personActed(int slot);
+    // A run key pressed in the slot's window.
+    void runKey(int slot, RunKey key);
+    bool owns(int slot) const { return m_slots.contains(slot); }
 
 signals:
     void completed(Caller startedBy);
@@ -80,6 +98,12 @@ signals:
 
 private:
     void openRunPage(bool multi);
+    // The page's time kept to the moment: the step is due at a precise instant, not at a tick.
+    void armStep();
+    // A page the person took elsewhere while the run was held comes back as the run goes on.
+    void bringBackShownPage();
+    void releaseSlots();
+    double shownFor(int position) const;
     // A kept page's window comes forward instead of the page loading again; false when the page
     // must be loaded.
     bool showKeptPage();
@@ -90,4 +114,10 @@ private:
     RunWatch* m_runWatch;
     RunChoice m_choice;
     Caller m_runCaller = Caller::Person;
+    RunPages m_pages;
+    QTimer m_stepTimer;
+    QSet<int> m_slots;       // the windows the run showed its pages in
+    bool m_handsOn = false;  // held because a person uses a window of the run
+    double m_lastInput = 0;  // when they last did, in seconds
+    QString m_addressAtHold; // where the shown page's window was as the run was held
 };

@@ -27,6 +27,10 @@ QString VerbResult::reason() const
         return QStringLiteral("the run has no page there");
     case NotAWebAddress:
         return QStringLiteral("\"%1\" is not a web address").arg(detail);
+    case NoSuchPage:
+        return QStringLiteral("the list has no page %1").arg(detail);
+    case NotSaved:
+        return QStringLiteral("it could not be saved: %1").arg(detail);
     }
     return QString();
 }

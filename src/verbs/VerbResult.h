@@ -19,6 +19,8 @@ struct VerbResult
         NotRunning,
         NoPageThere,      // no page before the first of a run that does not loop
         NotAWebAddress,
+        NoSuchPage,       // the list holds no page of that address
+        NotSaved,         // a file could not be written
     };
 
     Code code = Ok;

@@ -3,6 +3,7 @@
 #include "FavoritesModel.h"
 #include "HistoryModel.h"
 #include "ListsModel.h"
+#include "PageSettingsStore.h"
 #include "TimedRun.h"
 #include "WebForm1.h"
 #include "browser/BrowserWindow.h"
@@ -27,7 +28,8 @@ bool isSlot(int slot)
 
 Verbs::Verbs(QObject* parent)
     : QObject(parent), m_pool(new WebForm1(this)), m_run(new TimedRun(this, this)), m_lists(new ListsModel(this)),
-      m_history(new HistoryModel(this)), m_favorites(new FavoritesModel(this))
+      m_history(new HistoryModel(this)), m_favorites(new FavoritesModel(this)),
+      m_pageSettings(new PageSettingsStore(m_lists, this))
 {
     setObjectName(QStringLiteral("Verbs"));
     followPool();
@@ -40,6 +42,7 @@ Verbs::Verbs(QObject* parent)
     connect(m_lists, &ListsModel::pageAdded, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::listRenamed, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::titleChanged, this, &Verbs::noteChange);
+    connect(m_pageSettings, &PageSettingsStore::changed, m_run, &TimedRun::refreshPageSettings);
 }
 
 Verbs::~Verbs() = default;
@@ -69,6 +72,9 @@ void Verbs::followPool()
     });
     connect(m_pool->recovery(), &WindowRecovery::stateShown, this, &Verbs::noteChange);
     connect(m_pool, &WebForm1::newWindowRequested, this, &Verbs::pageAskedForWindow);
+    // A person at a window of the run: it holds still for them, and its keys steer it.
+    connect(m_pool, &WebForm1::personActed, m_run, &TimedRun::personActed);
+    connect(m_pool, &WebForm1::runKeyPressed, m_run, &TimedRun::runKey);
     // Every document a window completes is recorded under that window's group.
     connect(m_pool, &WebForm1::documentCompleted, this, [this](const QString& group) {
         const Globals& g = globals();
@@ -297,6 +303,7 @@ WindowState Verbs::window(int slot) const
     w.current = g.WindowIndex == slot;
     w.page = m_pool->recovery()->shownState(slot);
     w.pageText = m_pool->recovery()->shownText(slot);
+    w.runPaused = m_run->shownSlot() == slot && m_run->run().paused();
     return w;
 }
 
@@ -337,6 +344,37 @@ QStringList Verbs::listNames() const
 QList<ListPageState> Verbs::listPages(const QString& upperName) const
 {
     return m_lists->pages(upperName);
+}
+
+PageSettings Verbs::pageSettings(const QString& list, const QString& address) const
+{
+    return m_pageSettings->of(list, address);
+}
+
+QString Verbs::windowAddress(int slot) const
+{
+    return window(slot).address;
+}
+
+// ---- the lists ----------------------------------------------------------------------------
+
+VerbResult Verbs::setPageSettings(const QString& list, const QString& address, const PageSettings& settings)
+{
+    QString known; // the list's name as the lists write it
+    for (const QString& name : listNames())
+        if (known.isEmpty() && name.toUpper() == list.toUpper())
+            known = name;
+    if (known.isEmpty())
+        return VerbResult::failed(VerbResult::NoSuchList, list);
+    bool held = false;
+    for (const ListPageState& page : listPages(list.toUpper()))
+        held = held || page.address == address;
+    if (!held)
+        return VerbResult::failed(VerbResult::NoSuchPage, address);
+    if (const RunError error = m_pageSettings->set(known, address, settings))
+        return VerbResult::failed(VerbResult::NotSaved, error.text());
+    noteChange();
+    return VerbResult::done();
 }
 
 // ---- the timed run: the rotation does the work -----------------------------------------------

@@ -13,6 +13,8 @@
 class FavoritesModel;
 class HistoryModel;
 class ListsModel;
+class PageSettingsStore;
+struct PageSettings;
 class RunWatch;
 class WebForm1;
 
@@ -42,9 +44,13 @@ public:
     HistoryModel* history() const { return m_history; }
     // The Favorites folder's folders and shortcuts.
     FavoritesModel* favorites() const { return m_favorites; }
+    // How each page of a list is shown when the list runs.
+    PageSettingsStore* pageSettings() const { return m_pageSettings; }
     // The lists' names, and the pages of the list `upperName` (its name upper-cased).
     QStringList listNames() const override;
     QList<ListPageState> listPages(const QString& upperName) const override;
+    PageSettings pageSettings(const QString& list, const QString& address) const override;
+    QString windowAddress(int slot) const override;
 
     // ---- windows
     // Opens `address` (its title when known) where asked. At the limit of eight windows a person
@@ -65,6 +71,10 @@ public:
     void closeAllWindows();
     // New windows or the current one for the program's own buttons.
     void setNewWindowMode(bool newWindows);
+
+    // ---- the lists
+    // Gives the page of the list its own way of being shown (empty settings: the run's way).
+    VerbResult setPageSettings(const QString& list, const QString& address, const PageSettings& settings);
 
     // ---- the timed run
     // Collects the pages of the list for a run; false when it has none. `overflow` when it holds
@@ -123,6 +133,7 @@ private:
     ListsModel* m_lists;
     HistoryModel* m_history;
     FavoritesModel* m_favorites;
+    PageSettingsStore* m_pageSettings;
     struct Row
     {
         QString title;

@@ -93,6 +93,11 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
         window->setVisible(true);
     window->setTheaterMode(g.OptTheater);
     window->setVisible(true);
+    // A run's page gets its own look; any other page comes as it is.
+    if (RunNavigating && g.RunListRunning)
+        window->setPageLook(RunLook, RunLookSeconds);
+    else
+        window->setPageLook(PageSettings(), 0);
     // A run's next page in a window that shows one already comes up only once it has loaded.
     if (!newWindow && RunNavigating && g.RunListRunning && VantrelConf::flag(VantrelConf::kShowWhenLoaded))
         window->navigateWhenReady(g.CurrentUrl, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
@@ -100,6 +105,25 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
         window->navigate(g.CurrentUrl);
     m_recovery->sentTo(slot, g.CurrentUrl);
     m_slotOpen[size_t(slot)] = true;
+}
+
+void WebForm1::reloadInPlace(int slot, const QString& address, const PageSettings& look, double shownSeconds)
+{
+    BrowserWindow* window = ie(slot);
+    if (!window)
+        return;
+    window->setPageLook(look, shownSeconds);
+    if (VantrelConf::flag(VantrelConf::kShowWhenLoaded))
+        window->navigateWhenReady(address, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
+    else
+        window->navigate(address);
+    m_recovery->sentTo(slot, address);
+}
+
+void WebForm1::setRunKeys(int slot, bool on)
+{
+    if (BrowserWindow* window = ie(slot))
+        window->setRunKeys(on);
 }
 
 void WebForm1::SelectieWindow(int slot)
@@ -124,6 +148,8 @@ void WebForm1::connectWindow(int slot, BrowserWindow* window)
             [this, slot](const QString& title) { TitleChange(slot, boundedPageText(title)); });
     connect(window, &BrowserWindow::quitted, this, [this, slot, window] { OnQuit(slot, window); });
     m_recovery->watch(slot, window);
+    connect(window, &BrowserWindow::personActed, this, [this, slot] { emit personActed(slot); });
+    connect(window, &BrowserWindow::runKeyPressed, this, [this, slot](RunKey key) { emit runKeyPressed(slot, key); });
     connect(window, &BrowserWindow::newWindowRequested, this,
             [this](const QString& url, bool userInitiated) {
                 emit newWindowRequested(boundedPageText(url), userInitiated);

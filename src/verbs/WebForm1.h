@@ -1,12 +1,13 @@
 #pragma once
 
+#include "browser/BrowserWindow.h"
+
 #include <QObject>
 #include <QPointer>
 
 #include <array>
 #include <functional>
 
-class BrowserWindow;
 class WindowRecovery;
 
 // The host of the eight browser windows, one per browsing slot (1 to 8). It shows nothing itself:
@@ -48,6 +49,15 @@ public:
     // Set by the timed run around its own navigation: a page that replaces one comes up only once
     // it has loaded, when the settings ask for it.
     bool RunNavigating = false;
+    // With it, how the run's page is shown (its page settings) and for how long.
+    PageSettings RunLook;
+    double RunLookSeconds = 0;
+
+    // Loads the slot's page again where it stands, its window kept as the current one and its
+    // page in view until the new one has loaded.
+    void reloadInPlace(int slot, const QString& address, const PageSettings& look, double shownSeconds);
+    // The slot's window takes the run keys, or gives them back to its pages.
+    void setRunKeys(int slot, bool on);
 
 signals:
     // A document of the slot's window completed: the history records CurrentUrl and CurrentTitle.
@@ -62,6 +72,9 @@ signals:
     void rowClosed(int slot);
     // The form unloaded: every window was told to quit.
     void unloadedPool();
+    // A person clicked, scrolled, typed or touched in the slot's window; pressed a run key there.
+    void personActed(int slot);
+    void runKeyPressed(int slot, RunKey key);
 
 private:
     void connectWindow(int slot, BrowserWindow* window);
