@@ -28,6 +28,13 @@ public:
     QString locationName() const override { return title.isEmpty() ? url : title; }
     void quit() override;
     void retry() override { calls.append(QStringLiteral("retry")); }
+    void setPageLook(const PageSettings& look, double shownSeconds) override
+    {
+        this->look = look;
+        lookSeconds = shownSeconds;
+    }
+    void shownAgain() override { calls.append(QStringLiteral("shown again")); }
+    void setRunKeys(bool on) override { runKeys = on; }
 
     // A page load: navigation begins, the document is created, the title arrives (when given),
     // each sub-frame completes and then the page itself.
@@ -42,6 +49,9 @@ public:
     QStringList calls; // "visible", "hidden", "theater on", "theater off", "quit" in order
     QString url;
     QString title;
+    PageSettings look; // the look of the pages it loads now
+    double lookSeconds = 0;
+    bool runKeys = false;
 
 private:
     bool m_visible = false;
