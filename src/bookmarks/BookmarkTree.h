@@ -1,12 +1,15 @@
 #pragma once
 
+#include "bookmarks/BookmarkExtras.h"
+
 #include <QList>
 #include <QString>
 
 // Bookmarks as the browsers keep them: folders that hold links, separators and more folders, in
 // the order the user put them. The readers of the browsers' bookmark files all give this tree, and
 // the writers take it, so that bookmarks move between browsers and Vantrel in any direction. Only
-// what every format can hold is kept: dates, icons, descriptions and the like are left behind.
+// what every format can hold is kept: dates, icons, descriptions and the like are left behind. A
+// link's extras are the exception: only the HTML and XBEL files carry them, for Vantrel's own use.
 struct BookmarkNode
 {
     enum class Kind { Folder, Link, Separator };
@@ -15,18 +18,19 @@ struct BookmarkNode
     QString title;                // as the browser showed it, blanks at either end included
     QString url;                  // links only, as written in the file
     QList<BookmarkNode> children; // folders only
+    BookmarkExtras extras = {};   // links only: Vantrel's own values, which other browsers pass over
 
     bool operator==(const BookmarkNode&) const = default;
 
     static BookmarkNode folder(const QString& title, const QList<BookmarkNode>& children = {})
     {
-        return {Kind::Folder, title, QString(), children};
+        return {Kind::Folder, title, QString(), children, {}};
     }
-    static BookmarkNode link(const QString& title, const QString& url)
+    static BookmarkNode link(const QString& title, const QString& url, const BookmarkExtras& extras = {})
     {
-        return {Kind::Link, title, url, {}};
+        return {Kind::Link, title, url, {}, extras};
     }
-    static BookmarkNode separator() { return {Kind::Separator, QString(), QString(), {}}; }
+    static BookmarkNode separator() { return {Kind::Separator, QString(), QString(), {}, {}}; }
 
     // How many links, folders and separators there are below this node, at any depth.
     qsizetype linkCount() const { return count(Kind::Link); }

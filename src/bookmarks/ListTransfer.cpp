@@ -17,7 +17,7 @@ void collect(const BookmarkNode& node, QList<ListTransfer::Page>& pages, QSet<QS
         else if (child.kind == BookmarkNode::Kind::Link && WebAddress::isWebAddress(child.url) &&
                  !seen.contains(child.url.trimmed())) {
             seen.insert(child.url.trimmed());
-            pages.append({child.title, child.url.trimmed()});
+            pages.append({child.title, child.url.trimmed(), child.extras});
         }
     }
 }
@@ -30,7 +30,7 @@ BookmarkNode asBookmarks(const QString& listName, const QList<Page>& pages)
 {
     BookmarkNode folder = BookmarkNode::folder(listName);
     for (const Page& page : pages)
-        folder.children.append(BookmarkNode::link(page.title, page.url));
+        folder.children.append(BookmarkNode::link(page.title, page.url, page.extras));
     return BookmarkNode::folder({}, {folder});
 }
 

@@ -13,9 +13,11 @@ struct Page
 {
     QString title;
     QString url;
+    BookmarkExtras extras = {}; // the page's settings as named values, carried by its bookmark
 };
 
-// The list as a bookmark tree: one folder named after the list, its pages in order.
+// The list as a bookmark tree: one folder named after the list, its pages in order, each with its
+// extras.
 BookmarkNode asBookmarks(const QString& listName, const QList<Page>& pages);
 
 // The list's addresses, one a line (LF), as other programs read such files.
@@ -29,8 +31,8 @@ QStringList addressesOfText(const QByteArray& bytes);
 // in order.
 QStringList webAddressesIn(const QString& text);
 
-// The links of a bookmark tree, at any depth, in order: their titles and web addresses, each address
-// once.
+// The links of a bookmark tree, at any depth, in order: their titles, web addresses and extras,
+// each address once (the first link to it counts).
 QList<Page> pagesOf(const BookmarkNode& root);
 
 } // namespace ListTransfer

@@ -1,5 +1,6 @@
 #include "bookmarks/NetscapeBookmarks.h"
 
+#include "bookmarks/HtmlReferences.h"
 #include "core/TextCodec.h"
 
 #include <QStringView>
@@ -10,6 +11,8 @@
 namespace NetscapeBookmarks {
 
 namespace {
+
+using References::decoded;
 
 bool isBlank(QChar c)
 {
@@ -24,89 +27,6 @@ bool isAsciiLetter(QChar c)
 bool named(QStringView name, QStringView wanted)
 {
     return name.compare(wanted, Qt::CaseInsensitive) == 0;
-}
-
-// The value of an ASCII digit in `base` (10 or 16); -1 for anything else.
-int digitValue(QChar c, int base)
-{
-    if (c >= u'0' && c <= u'9')
-        return c.unicode() - u'0';
-    if (base == 16 && c >= u'a' && c <= u'f')
-        return c.unicode() - u'a' + 10;
-    if (base == 16 && c >= u'A' && c <= u'F')
-        return c.unicode() - u'A' + 10;
-    return -1;
-}
-
-// The text a character reference stands for, from what is between its "&" and ";". A number
-// that names no character (0, a surrogate, past U+10FFFF) gives the replacement character, as in a
-// browser.
-std::optional<QString> referenced(QStringView name)
-{
-    if (name.startsWith(u'#')) {
-        QStringView digits = name.sliced(1);
-        int base = 10;
-        if (!digits.isEmpty() && (digits.front() == u'x' || digits.front() == u'X')) {
-            base = 16;
-            digits = digits.sliced(1);
-        }
-        if (digits.isEmpty())
-            return std::nullopt;
-        char32_t value = 0;
-        for (QChar c : digits) {
-            const int digit = digitValue(c, base);
-            if (digit < 0)
-                return std::nullopt;
-            value = qMin<char32_t>(value * char32_t(base) + char32_t(digit), 0x110000);
-        }
-        if (value == 0 || value > 0x10FFFF || (value >= 0xD800 && value <= 0xDFFF))
-            value = 0xFFFD;
-        return QString::fromUcs4(&value, 1);
-    }
-    // The names the browsers write, and the capitals that HTML accepts for the first four.
-    static const struct
-    {
-        QStringView name;
-        char16_t character;
-    } kNames[] = {
-        {u"amp", u'&'},  {u"lt", u'<'},  {u"gt", u'>'},  {u"quot", u'"'},  {u"apos", u'\''},
-        {u"AMP", u'&'},  {u"LT", u'<'},  {u"GT", u'>'},  {u"QUOT", u'"'},  {u"nbsp", u'\u00A0'},
-    };
-    for (const auto& entry : kNames)
-        if (name == entry.name)
-            return QString(QChar(entry.character));
-    return std::nullopt;
-}
-
-// Text with its character references replaced. An "&" that starts no reference the reader knows
-// stays as written: addresses hold raw "&" between the parts of their query.
-QString decoded(QStringView raw)
-{
-    if (!raw.contains(u'&'))
-        return raw.toString();
-    // "&#x0010FFFF;" is the longest reference worth decoding; looking no further for the ";"
-    // keeps a text full of "&" from being searched over and over.
-    constexpr qsizetype kLongestName = 12;
-    QString out;
-    out.reserve(raw.size());
-    qsizetype i = 0;
-    while (i < raw.size()) {
-        const QChar c = raw[i];
-        if (c == u'&') {
-            const QStringView rest = raw.sliced(i + 1, qMin(raw.size() - i - 1, kLongestName + 1));
-            const qsizetype semicolon = rest.indexOf(u';');
-            if (semicolon > 0) {
-                if (const std::optional<QString> text = referenced(rest.first(semicolon))) {
-                    out += *text;
-                    i += semicolon + 2;
-                    continue;
-                }
-            }
-        }
-        out += c;
-        ++i;
-    }
-    return out;
 }
 
 // Whether the top of the file declares its characters as UTF-8 (the META tag every browser
@@ -189,6 +109,13 @@ public:
 private:
     enum class Collecting { Nothing, LinkTitle, FolderTitle };
 
+    // What of a start tag's attributes a link keeps.
+    struct Attributes
+    {
+        std::optional<QString> href;
+        BookmarkExtras extras;
+    };
+
     // At a "<": reads the tag, comment or declaration it starts and acts on it. False when the
     // "<" starts none of them.
     bool markup()
@@ -230,9 +157,9 @@ private:
             return false;
         ++m_pos;
         const QStringView name = tagName();
-        const std::optional<QString> href = attributes();
+        Attributes attributes = this->attributes();
         if (!m_cutInTag)
-            startTag(name, href);
+            startTag(name, std::move(attributes));
         return true;
     }
 
@@ -255,21 +182,21 @@ private:
         return m_text.sliced(start, m_pos - start);
     }
 
-    // Reads a start tag's attributes and its closing ">"; returns the value of HREF, if any.
-    std::optional<QString> attributes()
+    // Reads a start tag's attributes and its closing ">".
+    Attributes attributes()
     {
         const qsizetype n = m_text.size();
-        std::optional<QString> href;
+        Attributes read;
         for (;;) {
             while (m_pos < n && (isBlank(m_text[m_pos]) || m_text[m_pos] == u'/'))
                 ++m_pos;
             if (m_pos >= n) {
                 m_cutInTag = true;
-                return href;
+                return read;
             }
             if (m_text[m_pos] == u'>') {
                 ++m_pos;
-                return href;
+                return read;
             }
             const qsizetype nameStart = m_pos++; // the first character is the name's, even a "="
             while (m_pos < n && !isBlank(m_text[m_pos]) && m_text[m_pos] != u'/' && m_text[m_pos] != u'>'
@@ -288,7 +215,7 @@ private:
                     if (end < 0) {
                         m_cutInTag = true;
                         m_pos = n;
-                        return href;
+                        return read;
                     }
                     value = m_text.sliced(m_pos + 1, end - m_pos - 1);
                     m_pos = end + 1;
@@ -299,8 +226,10 @@ private:
                     value = m_text.sliced(start, m_pos - start);
                 }
             }
-            if (!href && named(name, u"href")) // as in HTML, the first of a repeated attribute counts
-                href = decoded(value);
+            if (!read.href && named(name, u"href")) // as in HTML, the first of a repeated attribute counts
+                read.href = decoded(value);
+            else if (name.startsWith(kExtraPrefix, Qt::CaseInsensitive) && read.extras.size() < kMaxBookmarkExtras)
+                addBookmarkExtra(read.extras, name.sliced(kExtraPrefix.size()), decoded(value));
         }
     }
 
@@ -310,7 +239,7 @@ private:
             m_collected += decoded(raw);
     }
 
-    void startTag(QStringView name, const std::optional<QString>& href)
+    void startTag(QStringView name, Attributes attributes)
     {
         if (named(name, u"dl")) {
             openList();
@@ -327,7 +256,8 @@ private:
             finishEntry();
             flushHeading();
             m_collecting = Collecting::LinkTitle;
-            m_href = href.value_or(QString());
+            m_href = attributes.href.value_or(QString());
+            m_extras = std::move(attributes.extras);
         } else if (named(name, u"hr")) {
             finishEntry();
             flushHeading();
@@ -352,7 +282,7 @@ private:
         case Collecting::Nothing:
             return;
         case Collecting::LinkTitle:
-            m_open.back().children.append(BookmarkNode::link(m_collected, m_href));
+            m_open.back().children.append(BookmarkNode::link(m_collected, m_href, m_extras));
             break;
         case Collecting::FolderTitle:
             m_heading = m_collected;
@@ -361,6 +291,7 @@ private:
         m_collecting = Collecting::Nothing;
         m_collected.clear();
         m_href.clear();
+        m_extras.clear();
     }
 
     // A heading whose list never came is an empty folder.
@@ -421,6 +352,7 @@ private:
     Collecting m_collecting = Collecting::Nothing;
     QString m_collected;
     QString m_href;
+    BookmarkExtras m_extras;
     std::optional<QString> m_heading; // the title of a folder whose list has not begun
     bool m_sawDoctype = false;
     bool m_sawList = false;

@@ -12,6 +12,14 @@ QString escaped(const QString& text)
     return text.toHtmlEscaped(); // & < > "
 }
 
+// After the link's own attributes, in capitals as the browsers write theirs: VANTREL_ZOOM="150".
+void writeExtras(QString& out, const BookmarkExtras& extras)
+{
+    const QString prefix = kExtraPrefix.toString().toUpper();
+    for (const auto& [name, value] : boundedBookmarkExtras(extras))
+        out += u' ' + prefix + name.toUpper() + QLatin1String("=\"") + escaped(value) + u'"';
+}
+
 void writeChildren(QString& out, const BookmarkNode& folder, int level)
 {
     const QString indent(level * 4, u' ');
@@ -25,8 +33,9 @@ void writeChildren(QString& out, const BookmarkNode& folder, int level)
             out += indent + QLatin1String("</DL><p>\n");
             break;
         case BookmarkNode::Kind::Link:
-            out += QLatin1String("<DT><A HREF=\"") + escaped(child.url) + QLatin1String("\">") + escaped(child.title)
-                   + QLatin1String("</A>\n");
+            out += QLatin1String("<DT><A HREF=\"") + escaped(child.url) + u'"';
+            writeExtras(out, child.extras);
+            out += u'>' + escaped(child.title) + QLatin1String("</A>\n");
             break;
         case BookmarkNode::Kind::Separator:
             out += QLatin1String("<HR>\n");

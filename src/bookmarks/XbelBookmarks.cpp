@@ -9,6 +9,11 @@ namespace XbelBookmarks {
 
 namespace {
 
+// The namespace of the attributes that carry a link's extras, bound to the prefix "vantrel" on
+// <xbel>. Readers of XBEL pass over attributes of namespaces they do not know.
+constexpr QStringView kExtrasNamespace = u"https://vantrel.org/xbel/page";
+constexpr QStringView kExtrasPrefix = u"vantrel";
+
 constexpr char kDoctype[] = "<!DOCTYPE xbel PUBLIC \"+//IDN python.org//DTD XML Bookmark Exchange Language "
                             "1.0//EN//XML\" \"http://pyxml.sourceforge.net/topics/dtds/xbel.dtd\">";
 
@@ -41,11 +46,18 @@ QString titleText(QXmlStreamReader& xml)
 }
 
 // At a <bookmark>: the bookmark, read to its end tag. Its first <title> is its title; anything
-// else inside it is skipped.
+// else inside it is skipped. Its attributes in the extras' namespace, whatever the prefix bound to
+// it, are its extras.
 BookmarkNode readBookmark(QXmlStreamReader& xml)
 {
-    const QString href = xml.attributes().value(QLatin1String("href")).toString();
-    BookmarkNode link = BookmarkNode::link(QString(), xmlCharacters(href));
+    const QXmlStreamAttributes attributes = xml.attributes();
+    BookmarkNode link = BookmarkNode::link(QString(), xmlCharacters(attributes.value(QLatin1String("href")).toString()));
+    for (const QXmlStreamAttribute& attribute : attributes) {
+        if (link.extras.size() >= kMaxBookmarkExtras)
+            break;
+        if (attribute.namespaceUri() == kExtrasNamespace)
+            addBookmarkExtra(link.extras, attribute.name(), xmlCharacters(attribute.value().toString()));
+    }
     bool titled = false;
     while (xml.readNextStartElement()) {
         if (!titled && xml.qualifiedName() == u"title") {
@@ -78,6 +90,16 @@ void writeTitle(QXmlStreamWriter& xml, const QString& title)
     xml.writeEndElement();
 }
 
+// Whether a link below `folder` has extras to write, and so the file the extras' namespace.
+bool writesExtras(const BookmarkNode& folder)
+{
+    for (const BookmarkNode& child : folder.children)
+        if ((child.kind == BookmarkNode::Kind::Link && !boundedBookmarkExtras(child.extras).isEmpty())
+            || writesExtras(child))
+            return true;
+    return false;
+}
+
 void writeChildren(QXmlStreamWriter& xml, const BookmarkNode& folder)
 {
     for (const BookmarkNode& child : folder.children) {
@@ -91,6 +113,8 @@ void writeChildren(QXmlStreamWriter& xml, const BookmarkNode& folder)
         case BookmarkNode::Kind::Link:
             xml.writeStartElement(QStringLiteral("bookmark"));
             xml.writeAttribute(QStringLiteral("href"), xmlCharacters(child.url));
+            for (const auto& [name, value] : boundedBookmarkExtras(child.extras))
+                xml.writeAttribute(kExtrasNamespace.toString(), name, xmlCharacters(value));
             writeTitle(xml, child.title);
             xml.writeEndElement();
             break;
@@ -182,6 +206,8 @@ QByteArray write(const BookmarkNode& root)
     xml.writeDTD(QString::fromLatin1(kDoctype));
     xml.writeStartElement(QStringLiteral("xbel"));
     xml.writeAttribute(QStringLiteral("version"), QStringLiteral("1.0"));
+    if (writesExtras(root))
+        xml.writeNamespace(kExtrasNamespace.toString(), kExtrasPrefix.toString());
     if (!root.title.isEmpty())
         writeTitle(xml, root.title);
     writeChildren(xml, root);
