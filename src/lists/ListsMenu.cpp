@@ -1,7 +1,10 @@
 #include "ListsMenu.h"
 
 #include "ListsTree.h"
+#include "PageSettingsDialog.h"
 #include "verbs/ListsModel.h"
+#include "verbs/PageSettingsStore.h"
+#include "verbs/Verbs.h"
 #include "bookmarks/BookmarkFiles.h"
 #include "bookmarks/ListTransfer.h"
 #include "core/Counted.h"
@@ -22,7 +25,8 @@ namespace {
 const QStringList kImportFilters = {QStringLiteral("Addresses and bookmarks (*.txt *.html *.htm *.xbel)"),
                                     QStringLiteral("All files (*)")};
 const QStringList kExportFilters = {QStringLiteral("HTML bookmarks (*.html *.htm)"),
-                                    QStringLiteral("Text, one address a line (*.txt)")};
+                                    QStringLiteral("Text, one address a line (*.txt)"),
+                                    QStringLiteral("XBEL bookmarks (*.xbel)")};
 
 // Whether a file is read as bookmarks rather than as lines of addresses: by its name.
 bool isBookmarksFile(const QString& path)
@@ -59,6 +63,9 @@ ListsMenu::ListsMenu(KeyedTree* tree, ListsTree* lists) : QObject(tree), m_tree(
     m_paste->setShortcut(QKeySequence::Paste);
     m_paste->setShortcutContext(Qt::WidgetShortcut); // the key itself is the tree's, below
     m_paste->setShortcutVisibleInContextMenu(true);
+    m_menu->addSeparator();
+    m_pageSettings = m_menu->addAction(QStringLiteral("Page Settings..."), this, &ListsMenu::editPageSettings);
+    m_pageSettings->setObjectName(QStringLiteral("PageSettingsAction"));
     auto* paste = new QShortcut(QKeySequence::Paste, tree, nullptr, nullptr, Qt::WidgetShortcut);
     connect(paste, &QShortcut::activated, this, [this] {
         auto* node = static_cast<KeyedNode*>(m_tree->currentItem());
@@ -73,6 +80,7 @@ void ListsMenu::showFor(KeyedNode* node, const QPoint& globalPos)
     const bool onList = !targetList().isEmpty();
     m_export->setEnabled(onList);
     m_paste->setEnabled(onList);
+    m_pageSettings->setEnabled(onList);
     m_menu->popup(globalPos);
 }
 
@@ -149,18 +157,22 @@ void ListsMenu::exportList()
     QString path = file->path;
     // The kind chosen in the dialog gives a name without an ending of its own the ending.
     if (QFileInfo(path).suffix().isEmpty())
-        path += asText ? QStringLiteral(".txt") : QStringLiteral(".html");
+        path += asText ? QStringLiteral(".txt") : file->filter == 2 ? QStringLiteral(".xbel") : QStringLiteral(".html");
     exportListFile(list, path, asText || QFileInfo(path).suffix().toLower() == u"txt");
 }
 
 bool ListsMenu::exportListFile(const QString& listName, const QString& path, bool asText)
 {
     QList<ListTransfer::Page> pages;
+    // The pages' settings travel along in attributes other browsers leave alone.
+    const PageSettingsStore* settings = m_lists->verbs()->pageSettings();
     for (const ListPageState& page : m_lists->model()->pagesOf(listName))
-        pages.append({page.title, page.address});
+        pages.append({page.title, page.address, settings->of(listName, page.address).values()});
+    // An XBEL file by its name; an HTML bookmarks file otherwise.
+    const bool xbel = QFileInfo(path).suffix().toLower() == u"xbel";
     const QByteArray bytes = asText ? ListTransfer::asText(pages)
                                     : BookmarkFiles::write(ListTransfer::asBookmarks(listName, pages),
-                                                           BookmarkFiles::Format::Html);
+                                                           xbel ? BookmarkFiles::Format::Xbel : BookmarkFiles::Format::Html);
     if (const RunError error = TextFile::writeAtomically(path, bytes)) {
         DialogService::message(QStringLiteral("The list could not be exported to %1: %2.")
                                    .arg(QDir::toNativeSeparators(path), error.text()));
@@ -172,4 +184,50 @@ bool ListsMenu::exportListFile(const QString& listName, const QString& path, boo
 void ListsMenu::pastePages()
 {
     m_lists->pastePages(m_tree->node(m_targetKey));
+}
+
+PageSettingsDialog* ListsMenu::pageSettingsDialog() const
+{
+    return m_dialog;
+}
+
+void ListsMenu::editPageSettings()
+{
+    const KeyedNode* node = m_tree->node(m_targetKey);
+    const QString list = targetList();
+    if (!node || list.isEmpty())
+        return;
+    Verbs* verbs = m_lists->verbs();
+    // A page's own settings; for a list, those its pages share (none when they differ).
+    QStringList addresses;
+    QString what;
+    if (node->isFolder()) {
+        for (const ListPageState& page : m_lists->model()->pagesOf(list))
+            addresses << page.address;
+        what = QStringLiteral("Every page of the list \"%1\" (%2)").arg(list, counted(int(addresses.size()), "page", "pages"));
+    } else {
+        addresses << node->tag();
+        what = node->nodeText() + u'\n' + node->tag();
+    }
+    if (addresses.isEmpty()) {
+        DialogService::message(QStringLiteral("The list \"%1\" has no pages.").arg(list));
+        return;
+    }
+    PageSettings shown = verbs->pageSettings()->of(list, addresses.first());
+    for (const QString& address : addresses)
+        if (verbs->pageSettings()->of(list, address) != shown)
+            shown = PageSettings();
+    if (m_dialog)
+        m_dialog->close();
+    m_dialog = new PageSettingsDialog(what, shown, globals().RunInterval, m_tree->window());
+    connect(m_dialog, &PageSettingsDialog::chosen, this, [verbs, list, addresses](const PageSettings& settings) {
+        for (const QString& address : addresses) {
+            const VerbResult result = verbs->setPageSettings(list, address, settings);
+            if (!result.ok()) {
+                DialogService::message(QStringLiteral("The page settings were not kept: %1.").arg(result.reason()));
+                return;
+            }
+        }
+    });
+    m_dialog->show();
 }

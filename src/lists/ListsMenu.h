@@ -1,17 +1,20 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class KeyedNode;
 class KeyedTree;
 class ListsTree;
+class PageSettingsDialog;
 class QAction;
 class QMenu;
 
 // The lists tree's menu (right click, the Menu key or Shift+F10): "Import List..." makes a new list
 // from a text file of addresses or a bookmarks file, "Export List..." writes a list out as an HTML
 // bookmarks file or a text file of addresses, "Paste Pages" (also Ctrl+V on the tree) adds the web
-// addresses the clipboard holds to a list.
+// addresses the clipboard holds to a list, "Page Settings..." shows and changes how a page (or
+// every page of a list) is shown when its list runs.
 class ListsMenu : public QObject
 {
     Q_OBJECT
@@ -23,6 +26,9 @@ public:
     QAction* importAction() const { return m_import; }
     QAction* exportAction() const { return m_export; }
     QAction* pasteAction() const { return m_paste; }
+    QAction* pageSettingsAction() const { return m_pageSettings; }
+    // The Page Settings dialog while it is open.
+    PageSettingsDialog* pageSettingsDialog() const;
 
     // Opens the menu for `node` (a list, a page of it, or none) at `globalPos`.
     void showFor(KeyedNode* node, const QPoint& globalPos);
@@ -31,6 +37,7 @@ public:
     void importList();
     void exportList();
     void pastePages();
+    void editPageSettings();
 
     // Makes a list named after the file from its addresses; the list's name, or "" when none was
     // made (what went wrong has been said).
@@ -48,5 +55,7 @@ private:
     QAction* m_import;
     QAction* m_export;
     QAction* m_paste;
+    QAction* m_pageSettings;
+    QPointer<PageSettingsDialog> m_dialog;
     QString m_targetKey; // the key of the node the menu was opened for
 };

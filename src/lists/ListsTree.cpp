@@ -2,6 +2,7 @@
 
 #include "surf/SurfPanel.h"
 #include "verbs/ListsModel.h"
+#include "verbs/PageSettingsStore.h"
 #include "verbs/TimedRun.h"
 #include "verbs/Verbs.h"
 #include "core/DialogService.h"
@@ -30,6 +31,7 @@ ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPa
     connect(m_model, &ListsModel::pageAdded, this, &ListsTree::showPage);
     connect(m_model, &ListsModel::listRenamed, this, &ListsTree::showRenamed);
     connect(m_model, &ListsModel::titleChanged, this, &ListsTree::showTitle);
+    connect(verbs->pageSettings(), &PageSettingsStore::changed, this, &ListsTree::showPageSettings);
     tree->setLabelEditEnabled(true);
     connect(tree, &KeyedTree::controlDropped, this, &ListsTree::controlDropped);
     connect(tree, &KeyedTree::textDropped, this, &ListsTree::textDropped);
@@ -60,6 +62,7 @@ void ListsTree::showAll()
         }
     }
     m_listNames->setCurrentIndex(-1); // filling the box chooses no list by itself
+    showPageSettings();
 }
 
 void ListsTree::showList(const QString& name)
@@ -70,7 +73,22 @@ void ListsTree::showList(const QString& name)
 
 void ListsTree::showPage(const QString& list, const QString& title, const QString& url)
 {
-    PageTree::addPage(m_tree, list, title, url);
+    if (KeyedNode* page = PageTree::addPage(m_tree, list, title, url))
+        showPageSettingsOf(page);
+}
+
+void ListsTree::showPageSettings()
+{
+    for (KeyedNode* node : m_tree->nodes())
+        if (!node->isFolder())
+            showPageSettingsOf(node);
+}
+
+void ListsTree::showPageSettingsOf(KeyedNode* page)
+{
+    const PageSettings settings = m_verbs->pageSettings()->of(page->listTag(), page->tag());
+    page->setMarked(!settings.isEmpty());
+    page->setToolTip(0, settings.isEmpty() ? QString() : page->tag() + u'\n' + settings.summary());
 }
 
 void ListsTree::showTitle(const QString& key, const QString& title)
@@ -123,7 +141,9 @@ QString ListsTree::addNumberedList(const QString& base)
 ListsTree::Added ListsTree::addPages(const QString& listName, const QList<ListTransfer::Page>& pages)
 {
     Added result;
-    for (const auto& [title, url] : pages) {
+    for (const ListTransfer::Page& page : pages) {
+        const QString& url = page.url;
+        const QString& title = page.title;
         if (m_model->contains(ListsModel::pageKey(url, listName))) {
             ++result.alreadyThere;
             continue;
@@ -133,8 +153,12 @@ ListsTree::Added ListsTree::addPages(const QString& listName, const QList<ListTr
             continue;
         }
         // A page without a title of its own is shown by its address.
-        if (m_model->addPage(listName, title.trimmed().isEmpty() ? url : title, url))
-            ++result.added;
+        if (!m_model->addPage(listName, title.trimmed().isEmpty() ? url : title, url))
+            continue;
+        ++result.added;
+        // Settings a list exported by Vantrel carried along come back with their page.
+        if (!page.extras.isEmpty())
+            m_verbs->setPageSettings(listName, url, PageSettings::fromValues(page.extras));
     }
     if (result.added)
         globals().ListsChanged = true;
@@ -277,6 +301,7 @@ void ListsTree::showRenamed(const QString& oldName, const QString& newName)
     const int index = m_listNames->findText(oldName);
     if (index >= 0)
         m_listNames->setItemText(index, newName);
+    showPageSettings(); // the pages' settings went along with the list
 }
 
 QStringList ListsTree::BuildRunList(const QString& upperName, bool* found, bool* overflow) const

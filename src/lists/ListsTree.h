@@ -29,6 +29,7 @@ public:
 
     KeyedTree* tree() const { return m_tree; }
     ListsModel* model() const { return m_model; }
+    Verbs* verbs() const { return m_verbs; }
 
     // Builds the tree and CMBLIST from the list records.
     void LoadListTree();
@@ -82,6 +83,9 @@ private:
     void showPage(const QString& list, const QString& title, const QString& url);
     void showRenamed(const QString& oldName, const QString& newName);
     void showTitle(const QString& key, const QString& title);
+    // A page with settings of its own has a mark, and its settings in its tool tip.
+    void showPageSettings();
+    void showPageSettingsOf(KeyedNode* page);
 
     KeyedTree* m_tree;
     ListsModel* m_model;

@@ -90,6 +90,14 @@ void SurfPanel::setVerbs(Verbs* verbs)
         updateCalendarAvailability(kCalendarLimitNormalRows, kCalendarLimitSmallRowsAtUnload);
     });
     connect(pool->recovery(), &WindowRecovery::stateShown, m_states, &WindowStates::show);
+    connect(verbs, &Verbs::stateChanged, this, &SurfPanel::showRunPaused);
+}
+
+void SurfPanel::showRunPaused()
+{
+    const RunState run = m_verbs->runState();
+    for (int slot = 1; slot <= kWindowSlots; ++slot)
+        m_states->showPaused(slot, run.running && run.paused && run.slot == slot, run.heldByPerson);
 }
 
 void SurfPanel::showWindowShown(int slot, bool updateCalendar)

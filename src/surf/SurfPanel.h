@@ -86,6 +86,7 @@ private:
     void showBroughtForward(int previousSlot, int slot);
     void showLastWindowChosen();
     void showNewWindowMode(bool newWindows);
+    void showRunPaused();
 
     Verbs* m_verbs = nullptr;
     SurfRows* m_rows;

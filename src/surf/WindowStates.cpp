@@ -41,7 +41,40 @@ WindowStates::WindowStates(const std::array<GradientButton*, 8>& rows, QObject* 
         badge->move(3, 3);
         badge->hide();
         m_badges[size_t(slot - 1)] = badge;
+        auto* paused = new QLabel(QStringLiteral("paused"), row);
+        paused->setObjectName(QStringLiteral("RowPaused_%1").arg(slot - 1));
+        // In the colours of a tool tip, readable over any colour the rows are given.
+        paused->setAutoFillBackground(true);
+        paused->setBackgroundRole(QPalette::ToolTipBase);
+        paused->setForegroundRole(QPalette::ToolTipText);
+        paused->setContentsMargins(3, 0, 3, 0);
+        paused->hide();
+        m_paused[size_t(slot - 1)] = paused;
     }
+}
+
+QLabel* WindowStates::pausedLabel(int slot) const
+{
+    return slot >= 1 && slot <= int(m_paused.size()) ? m_paused[size_t(slot - 1)] : nullptr;
+}
+
+void WindowStates::showPaused(int slot, bool paused, bool byPerson)
+{
+    QLabel* label = pausedLabel(slot);
+    if (!label)
+        return;
+    const QString tip = byPerson ? QStringLiteral("The list running here is paused while someone uses this window")
+                                 : QStringLiteral("The list running here is paused: Resume, or Ctrl+Shift+Space in "
+                                                  "the window, goes on");
+    label->setToolTip(tip);
+    label->setAccessibleName(tip);
+    if (paused) {
+        GradientButton* row = m_rows[size_t(slot - 1)];
+        label->adjustSize();
+        label->move(std::max(0, row->width() - label->width() - 3), std::max(0, (row->height() - label->height()) / 2));
+        label->raise();
+    }
+    label->setVisible(paused);
 }
 
 QLabel* WindowStates::badge(int slot) const

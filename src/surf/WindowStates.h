@@ -22,8 +22,13 @@ public:
 
     void show(int slot, PageRecovery::State state, const QString& toolTip);
     QLabel* badge(int slot) const;
+    // "paused" at the right end of the row of a window whose running list is paused; `byPerson`
+    // when it holds because someone uses the window.
+    void showPaused(int slot, bool paused, bool byPerson);
+    QLabel* pausedLabel(int slot) const;
 
 private:
     std::array<GradientButton*, 8> m_rows;
     std::array<QLabel*, 8> m_badges{};
+    std::array<QLabel*, 8> m_paused{};
 };

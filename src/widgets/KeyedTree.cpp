@@ -13,6 +13,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMimeData>
+#include <QPainter>
 #include <QStyle>
 
 namespace {
@@ -30,6 +31,25 @@ QIcon imageIcon(int image)
     default:
         return page;
     }
+}
+
+// The image with a small round mark in its lower right corner, drawn at each size the image has.
+QIcon markedIcon(int image)
+{
+    QIcon marked;
+    const QIcon base = imageIcon(image);
+    for (int size : {16, 22, 32}) {
+        QPixmap pixmap = base.pixmap(size, size);
+        QPainter painter(&pixmap);
+        painter.setRenderHint(QPainter::Antialiasing);
+        const qreal d = size * 0.5;
+        painter.setPen(QPen(Qt::white, size / 12.0));
+        painter.setBrush(QColor(0x1f, 0x6f, 0xd0));
+        painter.drawEllipse(QRectF(size - d - 0.5, size - d - 0.5, d, d));
+        painter.end();
+        marked.addPixmap(pixmap);
+    }
+    return marked;
 }
 
 } // namespace
@@ -66,7 +86,15 @@ void KeyedNode::setData(int column, int role, const QVariant& value)
 void KeyedNode::setImage(int image)
 {
     m_image = image;
-    setIcon(0, imageIcon(image));
+    setIcon(0, m_marked ? markedIcon(image) : imageIcon(image));
+}
+
+void KeyedNode::setMarked(bool marked)
+{
+    if (marked == m_marked)
+        return;
+    m_marked = marked;
+    setImage(m_image);
 }
 
 KeyedTree::KeyedTree(const QString& name, QWidget* parent) : QTreeWidget(parent)

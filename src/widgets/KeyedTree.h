@@ -134,6 +134,9 @@ public:
     void setKeyUnchecked(const QString& key) { m_key = key; }
     int image() const { return m_image; }
     void setImage(int image);
+    // A small mark on the node's image: the node has something more to it (a page's settings).
+    void setMarked(bool marked);
+    bool marked() const { return m_marked; }
     QString tag() const { return m_tag; }
     void setTag(const QString& tag) { m_tag = tag; }
     QString listTag() const { return m_listTag; }
@@ -147,6 +150,7 @@ private:
     QString m_displayed; // what the tree shows of m_text
     QString m_shownText;
     int m_image;
+    bool m_marked = false;
     QString m_tag;
     QString m_listTag;
 };
