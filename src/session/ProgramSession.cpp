@@ -22,7 +22,11 @@ Session ProgramSession::snapshot() const
     now.newWindowMode = g.NewWindowMode;
     const RunState run = m_verbs->runState();
     if (run.running && !run.list.isEmpty())
-        now.run = SessionRun{run.list, run.intervalSeconds, run.loop, run.severalWindows, run.keepPagesLoaded, run.next};
+        now.run = SessionRun{run.list, run.intervalSeconds, run.loop, run.severalWindows, run.keepPagesLoaded, run.next, {}};
+    for (const RunState& other : m_verbs->otherRuns())
+        if (other.running)
+            now.otherRuns.append(SessionRun{other.list, other.intervalSeconds, other.loop, other.severalWindows,
+                                            other.keepPagesLoaded, other.next, other.windows});
     return now;
 }
 
@@ -66,6 +70,15 @@ void ProgramSession::reopen(const Session& last, bool withRun)
             run = QStringLiteral(", the run of %1 going on at page %2").arg(r.list).arg(r.position + 1);
         else
             run = QStringLiteral(", the run of %1 not (the list or its interval is gone)").arg(r.list);
+    }
+    if (withRun) {
+        for (const SessionRun& r : last.otherRuns) {
+            const RunChoice choice{r.list, r.interval, r.loop, r.severalWindows, r.keepPagesLoaded};
+            if (m_verbs->resumeInOtherWindows(choice, r.windows, r.position).ok())
+                run += QStringLiteral(", the run of %1 in other windows going on at page %2").arg(r.list).arg(r.position + 1);
+            else
+                run += QStringLiteral(", the run of %1 in other windows not (the list is gone)").arg(r.list);
+        }
     }
     EventLog::write(QStringLiteral("session of the last run reopened: %1 windows%2").arg(last.windows.size()).arg(run));
 }

@@ -10,6 +10,7 @@
 //   [Session]            Version, Ended (normally | running), Current, NewWindowMode
 //   [Window<slot>]       Address, Title           one section per open slot
 //   [Run]                List, Interval, Loop, SeveralWindows, KeepPagesLoaded, Position
+//   [OtherRun<n>]        the same and Windows (slots, "5,6"): a run in other windows, n from 1
 // Values are UTF-8 with '%', control characters and DEL written as %XX.
 
 namespace {
@@ -76,6 +77,45 @@ std::optional<bool> yesNo(const QHash<QByteArray, QByteArray>& section, const ch
 {
     const std::optional<int> value = number(section, key, 0, 1);
     return value ? std::optional<bool>(*value == 1) : std::nullopt;
+}
+
+// A run's section; nothing when it is damaged.
+std::optional<SessionRun> runOf(const QHash<QByteArray, QByteArray>& run, bool inOtherWindows)
+{
+    const QString list = unescaped(run.value("List"));
+    const std::optional<int> interval = number(run, "Interval", 1, 24 * 60 * 60);
+    const std::optional<bool> loop = yesNo(run, "Loop");
+    const std::optional<bool> several = yesNo(run, "SeveralWindows");
+    const std::optional<bool> keep = yesNo(run, "KeepPagesLoaded");
+    const std::optional<int> position = number(run, "Position", 0, 1 << 30);
+    if (list.isEmpty() || !interval || !loop || !several || !keep || !position)
+        return std::nullopt;
+    SessionRun r{list, *interval, *loop, *several, *keep, *position, {}};
+    if (!inOtherWindows)
+        return r;
+    for (const QByteArray& item : run.value("Windows").split(',')) {
+        bool ok = false;
+        const int slot = item.trimmed().toInt(&ok);
+        if (!ok || slot < 1 || slot > kWindowSlots || r.windows.contains(slot))
+            return std::nullopt;
+        r.windows.append(slot);
+    }
+    return r;
+}
+
+QByteArray runText(const SessionRun& run)
+{
+    QByteArray out = "List=" + escaped(run.list) + "\nInterval=" + QByteArray::number(run.interval) +
+                     "\nLoop=" + (run.loop ? "1" : "0") + "\nSeveralWindows=" + (run.severalWindows ? "1" : "0") +
+                     "\nKeepPagesLoaded=" + (run.keepPagesLoaded ? "1" : "0") +
+                     "\nPosition=" + QByteArray::number(run.position) + "\n";
+    if (!run.windows.isEmpty()) {
+        QByteArrayList windows;
+        for (int slot : run.windows)
+            windows << QByteArray::number(slot);
+        out += "Windows=" + windows.join(',') + "\n";
+    }
+    return out;
 }
 
 std::optional<Session> refuse(QString* problem, const QString& why)
@@ -154,16 +194,20 @@ std::optional<Session> parse(const QByteArray& bytes, QString* problem)
               [](const SessionWindow& a, const SessionWindow& b) { return a.slot < b.slot; });
 
     if (sections->contains("Run")) {
-        const auto& run = sections->value("Run");
-        const QString list = unescaped(run.value("List"));
-        const std::optional<int> interval = number(run, "Interval", 1, 24 * 60 * 60);
-        const std::optional<bool> loop = yesNo(run, "Loop");
-        const std::optional<bool> several = yesNo(run, "SeveralWindows");
-        const std::optional<bool> keep = yesNo(run, "KeepPagesLoaded");
-        const std::optional<int> position = number(run, "Position", 0, 1 << 30);
-        if (list.isEmpty() || !interval || !loop || !several || !keep || !position)
+        session.run = runOf(sections->value("Run"), false);
+        if (!session.run)
             return refuse(problem, QStringLiteral("it is damaged"));
-        session.run = SessionRun{list, *interval, *loop, *several, *keep, *position};
+    }
+    // The runs in other windows, in their order; two never share a window.
+    for (int n = 1; sections->contains("OtherRun" + QByteArray::number(n)); ++n) {
+        const std::optional<SessionRun> other = runOf(sections->value("OtherRun" + QByteArray::number(n)), true);
+        if (!other)
+            return refuse(problem, QStringLiteral("it is damaged"));
+        for (const SessionRun& before : std::as_const(session.otherRuns))
+            for (int slot : other->windows)
+                if (before.windows.contains(slot))
+                    return refuse(problem, QStringLiteral("it is damaged"));
+        session.otherRuns.append(*other);
     }
     return session;
 }
@@ -182,13 +226,10 @@ QByteArray format(const Session& session)
     for (const SessionWindow& window : session.windows)
         out += "\n[Window" + QByteArray::number(window.slot) + "]\nAddress=" + escaped(window.address) +
                "\nTitle=" + escaped(window.title) + "\n";
-    if (session.run) {
-        const SessionRun& run = *session.run;
-        out += "\n[Run]\nList=" + escaped(run.list) + "\nInterval=" + QByteArray::number(run.interval) +
-               "\nLoop=" + (run.loop ? "1" : "0") + "\nSeveralWindows=" + (run.severalWindows ? "1" : "0") +
-               "\nKeepPagesLoaded=" + (run.keepPagesLoaded ? "1" : "0") +
-               "\nPosition=" + QByteArray::number(run.position) + "\n";
-    }
+    if (session.run)
+        out += "\n[Run]\n" + runText(*session.run);
+    for (qsizetype i = 0; i < session.otherRuns.size(); ++i)
+        out += "\n[OtherRun" + QByteArray::number(i + 1) + "]\n" + runText(session.otherRuns[i]);
     return out;
 }
 

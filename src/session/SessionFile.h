@@ -28,6 +28,7 @@ struct SessionRun
     bool severalWindows = false;
     bool keepPagesLoaded = false;
     int position = 0;     // the run's position: the page that opens next
+    QList<int> windows;   // a run in other windows: its windows; empty for the run dialog's run
     bool operator==(const SessionRun&) const = default;
 };
 
@@ -37,6 +38,7 @@ struct Session
     int currentSlot = 0;
     bool newWindowMode = true;
     std::optional<SessionRun> run; // a run was going
+    QList<SessionRun> otherRuns;   // runs in other windows that were going
     bool endedNormally = false;    // the program ended with its unload
     bool operator==(const Session&) const = default;
 };

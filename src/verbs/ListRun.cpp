@@ -5,10 +5,18 @@
 
 #include <algorithm>
 
-void ListRun::tick()
+ListRun::Flags ListRun::flags() const
 {
     Globals& g = globals();
-    if (!g.RunListRunning || m_paused)
+    if (m_hasOwn)
+        return {m_own.running, m_own.loop, m_own.multi, m_own.interval, m_own.name};
+    return {g.RunListRunning, g.RunListLoop, g.RunListMulti, g.RunInterval, g.RunListName};
+}
+
+void ListRun::tick()
+{
+    const Flags f = flags();
+    if (!f.running || m_paused)
         return;
     if (RunStart == 0)
         RunStart = Clock::secondsSinceMidnight();
@@ -16,7 +24,7 @@ void ListRun::tick()
     const double elapsed = Clock::secondsSinceMidnight() - RunStart;
     // A page's own time is kept to the moment; the run's interval is waited out as always.
     const int own = RunPos > 0 ? ruleAt(RunPos - 1).seconds : 0;
-    const bool due = own > 0 ? elapsed >= own : elapsed > g.RunInterval;
+    const bool due = own > 0 ? elapsed >= own : elapsed > f.interval;
     if (!(due || RunPos == 0))
         return;
     if (RunPos > 0)
@@ -24,14 +32,14 @@ void ListRun::tick()
     RunPos = shownFrom(RunPos);
     if (RunPos < RunCount()) {
         open();
-    } else if (g.RunListLoop) {
+    } else if (f.loop) {
         restart();
     } else {
         // The message comes first; the run is reset once the user has closed it.
         if (showComplete)
             showComplete();
         stop();
-        if (g.RunListShown && focusDialog)
+        if (!m_hasOwn && globals().RunListShown && focusDialog)
             focusDialog();
     }
 }
@@ -44,7 +52,7 @@ void ListRun::restart()
 
 void ListRun::stop()
 {
-    globals().RunListRunning = false;
+    flags().running = false;
     RunPos = 0;
     RunStart = 0;
     m_paused = false;
@@ -68,10 +76,9 @@ int ListRun::shownFrom(int from) const
 
 void ListRun::open()
 {
-    Globals& g = globals();
-    g.CurrentUrl = m_urls[RunPos];
+    globals().CurrentUrl = m_urls[RunPos];
     if (openPage)
-        openPage(g.RunListMulti);
+        openPage(flags().multi);
     RunPos = RunPos + 1;
     if (ruleAt(RunPos - 1).seconds > 0)
         RunStart = Clock::secondsSinceMidnight();
@@ -80,7 +87,7 @@ void ListRun::open()
 double ListRun::shownFor() const
 {
     const int own = RunPos > 0 ? ruleAt(RunPos - 1).seconds : 0;
-    return own > 0 ? own : globals().RunInterval;
+    return own > 0 ? own : flags().interval;
 }
 
 void ListRun::step()
@@ -93,12 +100,12 @@ void ListRun::step()
 
 bool ListRun::next()
 {
-    const Globals& g = globals();
-    if (!g.RunListRunning || RunCount() == 0)
+    const Flags f = flags();
+    if (!f.running || RunCount() == 0)
         return false;
     RunPos = shownFrom(RunPos);
     if (RunPos >= RunCount()) {
-        if (!g.RunListLoop)
+        if (!f.loop)
             return false; // the last page is shown: the run ends at its next tick
         RunPos = shownFrom(0);
         if (RunPos >= RunCount())
@@ -110,15 +117,15 @@ bool ListRun::next()
 
 bool ListRun::previous()
 {
-    const Globals& g = globals();
-    if (!g.RunListRunning || RunCount() == 0)
+    const Flags f = flags();
+    if (!f.running || RunCount() == 0)
         return false;
     // RunPos is the page after the one shown; the one before that is two back, passing by the
     // pages skipped for now.
     int target = RunPos - 2;
     for (int looked = 0; looked < RunCount(); ++looked) {
         if (target < 0) {
-            if (!g.RunListLoop)
+            if (!f.loop)
                 return false;
             target += RunCount();
             if (target < 0)
@@ -137,8 +144,7 @@ bool ListRun::previous()
 
 double ListRun::secondsToNext() const
 {
-    const Globals& g = globals();
-    if (!g.RunListRunning)
+    if (!flags().running)
         return 0;
     if (m_paused)
         return m_heldSeconds;
@@ -152,7 +158,7 @@ double ListRun::secondsToNext() const
 
 bool ListRun::pause()
 {
-    if (!globals().RunListRunning || m_paused)
+    if (!flags().running || m_paused)
         return false;
     m_heldSeconds = secondsToNext();
     m_paused = true;
@@ -161,8 +167,7 @@ bool ListRun::pause()
 
 bool ListRun::resume()
 {
-    const Globals& g = globals();
-    if (!g.RunListRunning || !m_paused)
+    if (!flags().running || !m_paused)
         return false;
     m_paused = false;
     if (RunPos == 0 && RunStart == 0)

@@ -12,6 +12,21 @@
 class ListRun
 {
 public:
+    // Whether the run goes, loops and opens several windows, its interval and its list's name. The
+    // run of the run dialog keeps them in the program's shared state, where the dialog and the
+    // windows read them; a run in other windows keeps its own (keepOwnFlags()).
+    struct Flags
+    {
+        bool& running;
+        bool& loop;
+        bool& multi;
+        int& interval;
+        QString& name;
+    };
+    Flags flags() const;
+    void keepOwnFlags() { m_hasOwn = true; }
+    bool hasOwnFlags() const { return m_hasOwn; }
+
     // Opens CurrentUrl as the run's own step, in several windows or one.
     std::function<void(bool multi)> openPage;
     // Shows "    List Run Complete".
@@ -65,6 +80,16 @@ private:
     // The first position from `from` on whose page is not passed by; RunCount() when none.
     int shownFrom(int from) const;
 
+    struct OwnFlags
+    {
+        bool running = false;
+        bool loop = false;
+        bool multi = false;
+        int interval = 30;
+        QString name;
+    };
+    mutable OwnFlags m_own;
+    bool m_hasOwn = false;
     QStringList m_urls;
     bool m_paused = false;
     double m_heldSeconds = 0; // what was left of the wait when the run was paused

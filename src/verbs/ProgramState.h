@@ -22,6 +22,7 @@ struct WindowState
 
 struct RunState
 {
+    int id = 1; // 1: the run of the run dialog; 2 and on: runs in other windows
     bool running = false;
     QString list;
     int intervalSeconds = 0;
@@ -34,6 +35,7 @@ struct RunState
     bool paused = false;
     bool heldByPerson = false; // paused because someone uses a window of the run
     int slot = 0;              // the window of the page shown now
+    QList<int> windows;        // a run in other windows: the windows it owns
     double secondsToNext = 0; // until the next step, as the run's clock sees it
 
     bool operator==(const RunState&) const = default;
@@ -61,6 +63,7 @@ struct ProgramState
     int currentSlot = 0;
     bool newWindowMode = true;
     RunState run;
+    QList<RunState> otherRuns; // runs in other windows, by id
     QList<ListState> lists;
 
     bool operator==(const ProgramState&) const = default;

@@ -20,9 +20,11 @@ double nowSeconds()
 
 } // namespace
 
-TimedRun::TimedRun(RunHost* host, QObject* parent)
-    : QObject(parent), m_verbs(host), m_runWatch(new RunWatch(this))
+TimedRun::TimedRun(RunHost* host, QObject* parent, const QList<int>& windows)
+    : QObject(parent), m_verbs(host), m_runWatch(new RunWatch(this)), m_ownSlots(windows)
 {
+    if (inOtherWindows())
+        m_run.keepOwnFlags();
     m_run.openPage = [this](bool multi) { openRunPage(multi); };
     m_run.showComplete = [this] {
         m_runWatch->completed();
@@ -59,19 +61,19 @@ void TimedRun::refreshPageSettings()
     const QStringList& urls = m_run.pages();
     QList<PageSettings> settings;
     for (const QString& url : urls)
-        settings.append(m_verbs->pageSettings(globals().RunListName, url));
+        settings.append(m_verbs->pageSettings(m_run.flags().name, url));
     m_pages.setPages(urls, settings);
 }
 
 double TimedRun::shownFor(int position) const
 {
     const int own = m_pages.ruleAt(position).seconds;
-    return own > 0 ? own : globals().RunInterval;
+    return own > 0 ? own : m_run.flags().interval;
 }
 
 int TimedRun::shownSlot() const
 {
-    return globals().RunListRunning ? m_pages.slotOf(m_run.RunPos - 1) : 0;
+    return m_run.flags().running ? m_pages.slotOf(m_run.RunPos - 1) : 0;
 }
 
 VerbResult TimedRun::start(const RunChoice& choice, Caller caller)
@@ -92,19 +94,20 @@ VerbResult TimedRun::start(const RunChoice& choice, Caller caller)
     }
     // A run asked for from outside starts at its first page; the run dialog's Go, pressed again
     // while its run goes, changes the choices and goes on where the run was, as it always has.
-    if (caller == Caller::Outside && g.RunListRunning)
+    const ListRun::Flags f = m_run.flags();
+    if (caller == Caller::Outside && f.running)
         m_run.stop();
     m_choice = choice;
     m_runCaller = caller;
-    g.RunListMulti = choice.severalWindows;
-    g.RunListLoop = choice.loop;
-    g.RunListRunning = true;
-    g.RunListName = choice.list;
-    g.RunInterval = choice.intervalSeconds;
+    f.multi = choice.severalWindows;
+    f.loop = choice.loop;
+    f.running = true;
+    f.name = choice.list;
+    f.interval = choice.intervalSeconds;
     bool overflow = false;
-    BuildRunList(g.RunListName.toUpper(), &overflow);
+    BuildRunList(f.name.toUpper(), &overflow);
     m_kept.start(m_run.RunCount(), choice.keepPagesLoaded, choice.severalWindows);
-    if (g.WindowIndex > 0)
+    if (g.WindowIndex > 0 && !m_run.hasOwnFlags())
         g.NextRunItem = g.WindowIndex; // a one-window run goes on in the window used last
     if (overflow)
         emit listTooLong(caller);
@@ -134,7 +137,7 @@ VerbResult TimedRun::startOnce(const QString& list)
 VerbResult TimedRun::startAt(const RunChoice& choice, int position)
 {
     start(choice, Caller::Person);
-    if (!globals().RunListRunning || m_run.RunCount() == 0) {
+    if (!m_run.flags().running || m_run.RunCount() == 0) {
         m_run.stop();
         emit changed();
         return VerbResult::failed(VerbResult::EmptyList, choice.list);
@@ -146,15 +149,15 @@ VerbResult TimedRun::startAt(const RunChoice& choice, int position)
 
 VerbResult TimedRun::stop()
 {
-    Globals& g = globals();
-    if (!g.RunListRunning) {
-        g.RunListLoop = false;
-        g.RunListMulti = false;
+    const ListRun::Flags f = m_run.flags();
+    if (!f.running) {
+        f.loop = false;
+        f.multi = false;
         return VerbResult::failed(VerbResult::NotRunning);
     }
     m_run.stop();
-    g.RunListLoop = false;
-    g.RunListMulti = false;
+    f.loop = false;
+    f.multi = false;
     releaseSlots();
     emit changed();
     return VerbResult::done();
@@ -171,7 +174,7 @@ void TimedRun::releaseSlots()
 
 VerbResult TimedRun::next()
 {
-    if (!globals().RunListRunning)
+    if (!m_run.flags().running)
         return VerbResult::failed(VerbResult::NotRunning);
     if (!m_run.next())
         return VerbResult::failed(VerbResult::NoPageThere);
@@ -183,7 +186,7 @@ VerbResult TimedRun::next()
 
 VerbResult TimedRun::previous()
 {
-    if (!globals().RunListRunning)
+    if (!m_run.flags().running)
         return VerbResult::failed(VerbResult::NotRunning);
     if (!m_run.previous())
         return VerbResult::failed(VerbResult::NoPageThere);
@@ -195,13 +198,13 @@ VerbResult TimedRun::previous()
 
 VerbResult TimedRun::pause()
 {
-    if (!globals().RunListRunning)
+    if (!m_run.flags().running)
         return VerbResult::failed(VerbResult::NotRunning);
     m_handsOn = false; // held on purpose: only Resume goes on
     if (m_run.pause()) {
         m_stepTimer.stop();
         m_addressAtHold = m_verbs->windowAddress(shownSlot());
-        EventLog::write(QStringLiteral("run paused: %1 at page %2").arg(globals().RunListName).arg(m_run.RunPos));
+        EventLog::write(QStringLiteral("run paused: %1 at page %2").arg(m_run.flags().name).arg(m_run.RunPos));
         emit changed();
     }
     return VerbResult::done();
@@ -209,12 +212,12 @@ VerbResult TimedRun::pause()
 
 VerbResult TimedRun::resume()
 {
-    if (!globals().RunListRunning)
+    if (!m_run.flags().running)
         return VerbResult::failed(VerbResult::NotRunning);
     m_handsOn = false;
     if (m_run.resume()) {
         bringBackShownPage();
-        EventLog::write(QStringLiteral("run resumed: %1").arg(globals().RunListName));
+        EventLog::write(QStringLiteral("run resumed: %1").arg(m_run.flags().name));
         emit changed();
         armStep();
     }
@@ -235,7 +238,7 @@ void TimedRun::bringBackShownPage()
 
 void TimedRun::personActed(int slot)
 {
-    if (!globals().RunListRunning || !owns(slot) || !VantrelConf::flag(VantrelConf::kHandsOnPause))
+    if (!m_run.flags().running || !owns(slot) || !VantrelConf::flag(VantrelConf::kHandsOnPause))
         return;
     m_lastInput = nowSeconds();
     if (m_run.paused())
@@ -247,14 +250,14 @@ void TimedRun::personActed(int slot)
     m_addressAtHold = m_verbs->windowAddress(shownSlot());
     EventLog::write(QStringLiteral("run paused: someone uses window %1 (%2 at page %3)")
                         .arg(slot)
-                        .arg(globals().RunListName)
+                        .arg(m_run.flags().name)
                         .arg(m_run.RunPos));
     emit changed();
 }
 
 void TimedRun::runKey(int slot, RunKey key)
 {
-    if (!globals().RunListRunning || !owns(slot))
+    if (!m_run.flags().running || !owns(slot))
         return;
     switch (key) {
     case RunKey::PauseOrResume:
@@ -275,7 +278,7 @@ void TimedRun::runKey(int slot, RunKey key)
 void TimedRun::armStep()
 {
     m_stepTimer.stop();
-    if (!globals().RunListRunning || m_run.paused() || m_run.RunPos == 0 || m_run.RunStart == 0)
+    if (!m_run.flags().running || m_run.paused() || m_run.RunPos == 0 || m_run.RunStart == 0)
         return;
     if (m_pages.ruleAt(m_run.RunPos - 1).seconds <= 0)
         return; // the run's interval is waited out at the ticks, as it always was
@@ -284,6 +287,10 @@ void TimedRun::armStep()
 
 void TimedRun::openRunPage(bool multi)
 {
+    if (inOtherWindows()) {
+        openInOwnSlot(multi);
+        return;
+    }
     if (showKeptPage())
         return;
     const int position = m_run.RunPos;
@@ -301,6 +308,39 @@ void TimedRun::openRunPage(bool multi)
         m_slots.insert(slot);
         pool->setRunKeys(slot, true);
     }
+}
+
+void TimedRun::openInOwnSlot(bool multi)
+{
+    const int position = m_run.RunPos;
+    // Several windows: page after page round its windows; one window: always its first.
+    const int slot = multi ? m_ownSlots[position % m_ownSlots.size()] : m_ownSlots.first();
+    BrowserWindow* window = m_verbs->pool()->ie(slot);
+    const bool kept = m_kept.active() && window && m_pages.slotOf(position) == slot &&
+                      globals().WindowUrl[slot] == m_pages.address(position);
+    const double now = nowSeconds();
+    if (kept && !m_pages.reloadAsShown(position, now, VantrelConf::value(VantrelConf::kKeptReloadMinutes))) {
+        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(m_pages.address(position)));
+        window->setVisible(true); // up in its own place; the other runs' windows stay as they are
+        window->shownAgain();
+        return;
+    }
+    loadInto(slot, position);
+}
+
+void TimedRun::loadInto(int slot, int position)
+{
+    WebForm1* pool = m_verbs->pool();
+    pool->RunNavigating = true;
+    pool->RunLook = m_pages.settingsAt(position);
+    pool->RunLookSeconds = shownFor(position);
+    m_verbs->openPage(m_pages.address(position), QString(), OpenWhere::Slot, slot, Caller::Outside);
+    pool->RunNavigating = false;
+    const double now = nowSeconds();
+    m_kept.loaded(position, slot, now);
+    m_pages.loaded(position, slot, now);
+    m_slots.insert(slot);
+    pool->setRunKeys(slot, true);
 }
 
 bool TimedRun::showKeptPage()
@@ -335,12 +375,12 @@ bool TimedRun::showKeptPage()
 void TimedRun::tick()
 {
     const int before = m_run.RunPos;
-    const bool running = globals().RunListRunning;
+    const bool running = m_run.flags().running;
     m_runWatch->tick(); // a run that was just started is logged before its first page opens
     m_run.tick();
     const double now = nowSeconds();
     const int shown = m_run.RunPos - 1;
-    if (globals().RunListRunning && !m_run.paused() && m_pages.reloadWhileShown(shown, now)) {
+    if (m_run.flags().running && !m_run.paused() && m_pages.reloadWhileShown(shown, now)) {
         // A live page is loaded again while it stays in view, as its own rule says.
         const int slot = m_pages.slotOf(shown);
         EventLog::write(QStringLiteral("page reloaded: window %1 %2").arg(slot).arg(m_pages.address(shown)));
@@ -353,26 +393,27 @@ void TimedRun::tick()
         bringBackShownPage();
         EventLog::write(QStringLiteral("run resumed: nobody used its window for %1 s (%2)")
                             .arg(VantrelConf::value(VantrelConf::kHandsOnSeconds))
-                            .arg(globals().RunListName));
+                            .arg(m_run.flags().name));
         emit changed();
     }
-    if (!globals().RunListRunning && !m_slots.isEmpty())
+    if (!m_run.flags().running && !m_slots.isEmpty())
         releaseSlots();
-    if (m_run.RunPos != before || globals().RunListRunning != running)
+    if (m_run.RunPos != before || m_run.flags().running != running)
         emit changed();
     armStep();
 }
 
 void TimedRun::fill(RunState& r) const
 {
-    const Globals& g = globals();
-    r.running = g.RunListRunning;
+    const ListRun::Flags f = m_run.flags();
+    r.running = f.running;
     if (!r.running)
         return;
-    r.list = g.RunListName;
-    r.intervalSeconds = g.RunInterval;
-    r.loop = g.RunListLoop;
-    r.severalWindows = g.RunListMulti;
+    r.list = f.name;
+    r.intervalSeconds = f.interval;
+    r.loop = f.loop;
+    r.severalWindows = f.multi;
+    r.windows = m_ownSlots;
     r.keepPagesLoaded = m_choice.keepPagesLoaded;
     r.count = m_run.RunCount();
     r.position = m_run.RunPos - 1;

@@ -37,6 +37,8 @@ public:
     // Where the slot's window is now ("" when it is not open).
     virtual QString windowAddress(int slot) const = 0;
     virtual VerbResult NewBtnAction(bool newWindow, Caller caller) = 0;
+    virtual VerbResult openPage(const QString& address, const QString& title, OpenWhere where, int slot,
+                                Caller caller) = 0;
     virtual VerbResult bringForward(int slot) = 0;
     virtual WebForm1* pool() const = 0;
 };
@@ -52,7 +54,11 @@ public:
     // A run holds at most this many pages; a longer list runs its first ones.
     static constexpr int kRunCapacity = 251;
 
-    TimedRun(RunHost* host, QObject* parent);
+    // The run of the run dialog, in the program's shared state; or, with `windows`, a run in other
+    // windows: its own state, its pages shown in those windows only.
+    TimedRun(RunHost* host, QObject* parent, const QList<int>& windows = {});
+    bool inOtherWindows() const { return !m_ownSlots.isEmpty(); }
+    const QList<int>& ownSlots() const { return m_ownSlots; }
 
     ListRun& run() { return m_run; }
     KeptPages& keptPages() { return m_kept; }
@@ -107,6 +113,10 @@ private:
     // A kept page's window comes forward instead of the page loading again; false when the page
     // must be loaded.
     bool showKeptPage();
+    // A run in other windows: page `position` in its window, kept or loaded.
+    void openInOwnSlot(bool multi);
+    // Loads the page at `position` into `slot` as the run's own navigation, with its look.
+    void loadInto(int slot, int position);
 
     RunHost* m_verbs;
     ListRun m_run;
@@ -115,6 +125,7 @@ private:
     RunChoice m_choice;
     Caller m_runCaller = Caller::Person;
     RunPages m_pages;
+    QList<int> m_ownSlots; // a run in other windows: its windows, in the order it uses them
     QTimer m_stepTimer;
     QSet<int> m_slots;       // the windows the run showed its pages in
     bool m_handsOn = false;  // held because a person uses a window of the run

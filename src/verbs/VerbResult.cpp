@@ -29,6 +29,8 @@ QString VerbResult::reason() const
         return QStringLiteral("\"%1\" is not a web address").arg(detail);
     case NoSuchPage:
         return QStringLiteral("the list has no page %1").arg(detail);
+    case SlotOfAnotherRun:
+        return QStringLiteral("window %1 belongs to another run").arg(detail);
     case NotSaved:
         return QStringLiteral("it could not be saved: %1").arg(detail);
     }

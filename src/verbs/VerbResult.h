@@ -21,6 +21,7 @@ struct VerbResult
         NotAWebAddress,
         NoSuchPage,       // the list holds no page of that address
         NotSaved,         // a file could not be written
+        SlotOfAnotherRun, // the window belongs to another run
     };
 
     Code code = Ok;

@@ -10,11 +10,20 @@
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
+#include "watch/EventLog.h"
 #include "watch/WindowRecovery.h"
 
 #include <QMetaObject>
 
 namespace {
+
+QString slotList(const QList<int>& windows)
+{
+    QStringList numbers;
+    for (int slot : windows)
+        numbers << QString::number(slot);
+    return numbers.join(QStringLiteral(", "));
+}
 
 const QString kMaximumQuestion =
     QStringLiteral("        That's It - Maximum is 8 ! - Continue in Last Window ?");
@@ -42,7 +51,11 @@ Verbs::Verbs(QObject* parent)
     connect(m_lists, &ListsModel::pageAdded, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::listRenamed, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::titleChanged, this, &Verbs::noteChange);
-    connect(m_pageSettings, &PageSettingsStore::changed, m_run, &TimedRun::refreshPageSettings);
+    connect(m_pageSettings, &PageSettingsStore::changed, this, [this] {
+        m_run->refreshPageSettings();
+        for (TimedRun* run : std::as_const(m_otherRuns))
+            run->refreshPageSettings();
+    });
 }
 
 Verbs::~Verbs() = default;
@@ -73,8 +86,14 @@ void Verbs::followPool()
     connect(m_pool->recovery(), &WindowRecovery::stateShown, this, &Verbs::noteChange);
     connect(m_pool, &WebForm1::newWindowRequested, this, &Verbs::pageAskedForWindow);
     // A person at a window of the run: it holds still for them, and its keys steer it.
-    connect(m_pool, &WebForm1::personActed, m_run, &TimedRun::personActed);
-    connect(m_pool, &WebForm1::runKeyPressed, m_run, &TimedRun::runKey);
+    connect(m_pool, &WebForm1::personActed, this, [this](int slot) {
+        if (TimedRun* run = runOwning(slot))
+            run->personActed(slot);
+    });
+    connect(m_pool, &WebForm1::runKeyPressed, this, [this](int slot, RunKey key) {
+        if (TimedRun* run = runOwning(slot))
+            run->runKey(slot, key);
+    });
     // Every document a window completes is recorded under that window's group.
     connect(m_pool, &WebForm1::documentCompleted, this, [this](const QString& group) {
         const Globals& g = globals();
@@ -124,7 +143,12 @@ VerbResult Verbs::NewBtnAction(bool newWindow, Caller caller)
 {
     Globals& g = globals();
     emit pageOpening();
-    if (g.WindowCount < kWindowSlots) {
+    // Windows that runs in other windows keep count as taken: a new window goes elsewhere.
+    const QSet<int> reserved = reservedSlots();
+    int reservedEmpty = 0;
+    for (int slot : reserved)
+        reservedEmpty += g.WindowUrl[slot].isEmpty() ? 1 : 0;
+    if (g.WindowCount + reservedEmpty < kWindowSlots) {
         g.LastWindowMode = false;
         emit rowsCleared();
         if (!newWindow) {
@@ -145,8 +169,8 @@ VerbResult Verbs::NewBtnAction(bool newWindow, Caller caller)
 
     if (!(m_pool->RunNavigating && g.RunListRunning)) {
         if (g.LastWindowMode) {
-            g.WindowIndex = kWindowSlots;
-            m_pool->SelectieNavigate(kWindowSlots, false);
+            g.WindowIndex = reserved.contains(kWindowSlots) ? nextUnreserved(kWindowSlots - 1) : kWindowSlots;
+            m_pool->SelectieNavigate(g.WindowIndex, false);
             noteChange();
             return VerbResult::done();
         }
@@ -167,12 +191,17 @@ VerbResult Verbs::NewBtnAction(bool newWindow, Caller caller)
         m_run->run().restart();
         g.RunListMulti = false;
     }
-    if (g.WindowCount == kWindowSlots) {
+    if (g.WindowCount == kWindowSlots || !reserved.isEmpty()) {
         emit rowsCleared();
-        if (g.WindowIndex == kWindowSlots)
-            g.WindowIndex = 0;
-        g.WindowIndex = g.WindowIndex + 1;
-        m_pool->SelectieNavigate(g.WindowIndex, g.WindowUrl[g.WindowIndex].isEmpty());
+        if (reserved.isEmpty()) {
+            if (g.WindowIndex == kWindowSlots)
+                g.WindowIndex = 0;
+            g.WindowIndex = g.WindowIndex + 1;
+        } else {
+            g.WindowIndex = nextUnreserved(g.WindowIndex); // round the windows no other run keeps
+        }
+        if (g.WindowIndex >= 1)
+            m_pool->SelectieNavigate(g.WindowIndex, g.WindowUrl[g.WindowIndex].isEmpty());
     }
     noteChange();
     return VerbResult::done();
@@ -223,8 +252,9 @@ void Verbs::openNewSlot(bool updateCalendar, int slot)
 bool Verbs::FindFreeSlot()
 {
     Globals& g = globals();
+    const QSet<int> reserved = reservedSlots();
     for (int slot = 1; slot <= kWindowSlots; ++slot) {
-        if (g.WindowUrl[slot].isEmpty()) {
+        if (g.WindowUrl[slot].isEmpty() && !reserved.contains(slot)) {
             g.WindowIndex = slot;
             g.WindowCount = g.WindowCount + 1;
             return true;
@@ -240,8 +270,14 @@ VerbResult Verbs::bringForward(int slot)
         return VerbResult::failed(VerbResult::NoSuchSlot, QString::number(slot));
     const int previous = g.WindowIndex;
     g.WindowIndex = slot;
-    if (!g.WindowFlagB)
-        m_pool->SelectieWindow(slot);
+    if (!g.WindowFlagB) {
+        // Windows of runs in other windows stay where they are: another screen of the wall.
+        QSet<int> spare = reservedSlots();
+        if (const TimedRun* own = runOwning(slot); own && own->inOtherWindows())
+            for (int s : own->ownSlots())
+                spare.remove(s);
+        m_pool->SelectieWindow(slot, spare);
+    }
     emit windowBroughtForward(previous, slot);
     noteChange();
     return VerbResult::done();
@@ -303,7 +339,8 @@ WindowState Verbs::window(int slot) const
     w.current = g.WindowIndex == slot;
     w.page = m_pool->recovery()->shownState(slot);
     w.pageText = m_pool->recovery()->shownText(slot);
-    w.runPaused = m_run->shownSlot() == slot && m_run->run().paused();
+    TimedRun* run = runOwning(slot);
+    w.runPaused = run && run->shownSlot() == slot && run->run().paused();
     return w;
 }
 
@@ -331,6 +368,7 @@ ProgramState Verbs::state() const
     s.currentSlot = isSlot(g.WindowIndex) ? g.WindowIndex : 0;
     s.newWindowMode = g.NewWindowMode;
     s.run = runState();
+    s.otherRuns = otherRuns();
     for (const QString& name : listNames())
         s.lists.append({name, listPages(name.toUpper())});
     return s;
@@ -442,5 +480,153 @@ VerbResult Verbs::resumeRun()
 void Verbs::tick()
 {
     m_run->tick();
+    for (TimedRun* run : std::as_const(m_otherRuns))
+        run->tick();
     m_pool->recovery()->tick();
+}
+
+// ---- runs in other windows -------------------------------------------------------------------
+
+TimedRun* Verbs::runById(int id) const
+{
+    return id == 1 ? m_run : m_otherRuns.value(id);
+}
+
+TimedRun* Verbs::runOwning(int slot) const
+{
+    for (TimedRun* run : m_otherRuns)
+        if (run->ownSlots().contains(slot))
+            return run;
+    return globals().RunListRunning && m_run->owns(slot) ? m_run : nullptr;
+}
+
+QSet<int> Verbs::reservedSlots() const
+{
+    QSet<int> kept;
+    for (const TimedRun* run : m_otherRuns)
+        for (int slot : run->ownSlots())
+            kept.insert(slot);
+    return kept;
+}
+
+QSet<int> Verbs::slotsOfRuns() const
+{
+    QSet<int> owned = reservedSlots();
+    if (globals().RunListRunning)
+        for (int slot = 1; slot <= kWindowSlots; ++slot)
+            if (m_run->owns(slot))
+                owned.insert(slot);
+    return owned;
+}
+
+int Verbs::nextUnreserved(int slot) const
+{
+    const QSet<int> reserved = reservedSlots();
+    for (int step = 1; step <= kWindowSlots; ++step) {
+        const int candidate = (std::max(0, slot) + step - 1) % kWindowSlots + 1;
+        if (!reserved.contains(candidate))
+            return candidate;
+    }
+    return 0; // every window is kept by a run in other windows
+}
+
+VerbResult Verbs::runInOtherWindows(const RunChoice& choice, const QList<int>& windows, Caller caller, int* id)
+{
+    if (windows.isEmpty())
+        return VerbResult::failed(VerbResult::NoSuchSlot, QStringLiteral("(none)"));
+    const QSet<int> taken = slotsOfRuns();
+    QList<int> own;
+    for (int slot : windows) {
+        if (!isSlot(slot))
+            return VerbResult::failed(VerbResult::NoSuchSlot, QString::number(slot));
+        if (taken.contains(slot))
+            return VerbResult::failed(VerbResult::SlotOfAnotherRun, QString::number(slot));
+        if (!own.contains(slot))
+            own.append(slot);
+    }
+    if (choice.intervalSeconds <= 0)
+        return VerbResult::failed(VerbResult::BadInterval, QString::number(choice.intervalSeconds));
+    bool known = false;
+    for (const QString& name : listNames())
+        known = known || name.toUpper() == choice.list.toUpper();
+    if (!known)
+        return VerbResult::failed(VerbResult::NoSuchList, choice.list);
+    if (listPages(choice.list.toUpper()).isEmpty())
+        return VerbResult::failed(VerbResult::EmptyList, choice.list);
+    auto* run = new TimedRun(this, this, own);
+    const int number = m_nextRunId++;
+    m_otherRuns.insert(number, run);
+    connect(run, &TimedRun::changed, this, &Verbs::noteChange);
+    connect(run, &TimedRun::completed, this, [this, number] {
+        // Once through, a run in other windows ends: its windows are free again.
+        QMetaObject::invokeMethod(this, [this, number] { stopRun(number); }, Qt::QueuedConnection);
+    });
+    const VerbResult started = run->start(choice, caller);
+    if (id)
+        *id = number;
+    EventLog::write(QStringLiteral("run %1 started in windows %2: %3").arg(number).arg(slotList(own), choice.list));
+    noteChange();
+    return started;
+}
+
+VerbResult Verbs::resumeInOtherWindows(const RunChoice& choice, const QList<int>& windows, int position)
+{
+    int id = 0;
+    const VerbResult started = runInOtherWindows(choice, windows, Caller::Outside, &id);
+    if (!started.ok())
+        return started;
+    TimedRun* run = m_otherRuns.value(id);
+    run->run().RunPos = std::clamp(position, 0, run->run().RunCount());
+    run->run().RunStart = 0;
+    return started;
+}
+
+VerbResult Verbs::stopRun(int id)
+{
+    if (id == 1)
+        return stopRun();
+    TimedRun* run = m_otherRuns.take(id);
+    if (!run)
+        return VerbResult::failed(VerbResult::NotRunning);
+    run->stop();
+    run->deleteLater();
+    EventLog::write(QStringLiteral("run %1 stopped").arg(id));
+    noteChange();
+    return VerbResult::done();
+}
+
+VerbResult Verbs::nextPage(int id)
+{
+    TimedRun* run = runById(id);
+    return run ? run->next() : VerbResult::failed(VerbResult::NotRunning);
+}
+
+VerbResult Verbs::previousPage(int id)
+{
+    TimedRun* run = runById(id);
+    return run ? run->previous() : VerbResult::failed(VerbResult::NotRunning);
+}
+
+VerbResult Verbs::pauseRun(int id)
+{
+    TimedRun* run = runById(id);
+    return run ? run->pause() : VerbResult::failed(VerbResult::NotRunning);
+}
+
+VerbResult Verbs::resumeRun(int id)
+{
+    TimedRun* run = runById(id);
+    return run ? run->resume() : VerbResult::failed(VerbResult::NotRunning);
+}
+
+QList<RunState> Verbs::otherRuns() const
+{
+    QList<RunState> runs;
+    for (auto it = m_otherRuns.cbegin(); it != m_otherRuns.cend(); ++it) {
+        RunState r;
+        it.value()->fill(r);
+        r.id = it.key();
+        runs.append(r);
+    }
+    return runs;
 }

@@ -6,7 +6,9 @@
 #include "TimedRun.h"
 #include "VerbResult.h"
 
+#include <QMap>
 #include <QObject>
+#include <QSet>
 
 #include <array>
 
@@ -56,7 +58,7 @@ public:
     // Opens `address` (its title when known) where asked. At the limit of eight windows a person
     // is asked whether to go on in the last window; an outside caller gets AllWindowsOpen.
     VerbResult openPage(const QString& address, const QString& title, OpenWhere where, int slot = 0,
-                        Caller caller = Caller::Person);
+                        Caller caller = Caller::Person) override;
     // Opens CurrentUrl in a new window or the current one: the path of the program's own buttons.
     VerbResult NewBtnAction(bool newWindow, Caller caller = Caller::Person) override;
     // A page that asks for a window by itself goes the New button's path; bursts of such requests
@@ -92,6 +94,23 @@ public:
     VerbResult pauseRun();
     VerbResult resumeRun();
 
+    // ---- runs in other windows: more lists running at once, each in windows of its own
+    // Starts running the list in the windows `windows` (1 to 8, none of them another run's);
+    // `id` tells the new run's number (2 and on).
+    VerbResult runInOtherWindows(const RunChoice& choice, const QList<int>& windows, Caller caller = Caller::Person,
+                                 int* id = nullptr);
+    // The same, going on at page `position` (a run that was going when the program ended).
+    VerbResult resumeInOtherWindows(const RunChoice& choice, const QList<int>& windows, int position);
+    // The verbs of a run by its number: 1 is the run dialog's.
+    VerbResult stopRun(int id);
+    VerbResult nextPage(int id);
+    VerbResult previousPage(int id);
+    VerbResult pauseRun(int id);
+    VerbResult resumeRun(int id);
+    QList<RunState> otherRuns() const;
+    // The windows that runs own: the run dialog's while it runs, and every run in other windows.
+    QSet<int> slotsOfRuns() const;
+
     // Timer1's work: the run, the watch over it, the retries and reloads of the windows' pages.
     void tick();
 
@@ -122,6 +141,12 @@ signals:
 
 private:
     VerbResult openInSlot(int slot);
+    // The run of that number, or of the window (nullptr: none).
+    TimedRun* runById(int id) const;
+    TimedRun* runOwning(int slot) const;
+    // Windows that runs in other windows keep for themselves: no other page goes there.
+    QSet<int> reservedSlots() const;
+    int nextUnreserved(int slot) const;
     void openNewSlot(bool updateCalendar, int slot = 0);
     bool FindFreeSlot();
     void noteChange();
@@ -129,6 +154,8 @@ private:
 
     WebForm1* m_pool;
     TimedRun* m_run;
+    QMap<int, TimedRun*> m_otherRuns; // by id
+    int m_nextRunId = 2;
     NewWindowGate m_newWindowGate;
     ListsModel* m_lists;
     HistoryModel* m_history;

@@ -94,12 +94,12 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
     window->setTheaterMode(g.OptTheater);
     window->setVisible(true);
     // A run's page gets its own look; any other page comes as it is.
-    if (RunNavigating && g.RunListRunning)
+    if (RunNavigating)
         window->setPageLook(RunLook, RunLookSeconds);
     else
         window->setPageLook(PageSettings(), 0);
     // A run's next page in a window that shows one already comes up only once it has loaded.
-    if (!newWindow && RunNavigating && g.RunListRunning && VantrelConf::flag(VantrelConf::kShowWhenLoaded))
+    if (!newWindow && RunNavigating && VantrelConf::flag(VantrelConf::kShowWhenLoaded))
         window->navigateWhenReady(g.CurrentUrl, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
     else
         window->navigate(g.CurrentUrl);
@@ -126,10 +126,10 @@ void WebForm1::setRunKeys(int slot, bool on)
         window->setRunKeys(on);
 }
 
-void WebForm1::SelectieWindow(int slot)
+void WebForm1::SelectieWindow(int slot, const QSet<int>& spare)
 {
     for (int s = 1; s <= kWindowSlots; ++s)
-        if (m_slotOpen[size_t(s)] && m_ie[size_t(s)])
+        if (m_slotOpen[size_t(s)] && m_ie[size_t(s)] && !spare.contains(s))
             m_ie[size_t(s)]->setVisible(false);
     if (isSlot(slot) && m_ie[size_t(slot)])
         m_ie[size_t(slot)]->setVisible(true);

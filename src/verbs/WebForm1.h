@@ -4,6 +4,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 
 #include <array>
 #include <functional>
@@ -32,8 +33,8 @@ public:
     void Form_LoadGo(int slot);
     // Creates (newWindow) or reuses the slot's window, shows it and sends it to CurrentUrl.
     void SelectieNavigate(int slot, bool newWindow);
-    // Hides every open window, then shows the one of `slot`.
-    void SelectieWindow(int slot);
+    // Hides every open window, then shows the one of `slot`; windows in `spare` stay as they are.
+    void SelectieWindow(int slot, const QSet<int>& spare = {});
 
     BrowserWindow* ie(int slot) const;
     bool SlotOpen(int slot) const;

@@ -26,7 +26,7 @@ class TestSession : public QObject
                      {8, "http://127.0.0.1:8000/c.html", QString::fromUtf8("Ümlaut \xe2\x9c\x93 title\r\nsecond line")}};
         s.currentSlot = 3;
         s.newWindowMode = false;
-        s.run = SessionRun{"Morning Dashboards", 60, true, true, false, 5};
+        s.run = SessionRun{"Morning Dashboards", 60, true, true, false, 5, {}};
         return s;
     }
     QString file() { return m_app->file("Session.INI"); }
@@ -52,6 +52,27 @@ private slots:
     {
         Clock::setInstance(nullptr);
         m_app.reset();
+    }
+
+    void runsInOtherWindowsComeBackWithTheirWindows()
+    {
+        Session s = sample();
+        s.otherRuns = {SessionRun{"Lobby", 10, true, true, true, 2, {5, 6}},
+                       SessionRun{"Kitchen", 45, false, false, false, 0, {7}}};
+        QVERIFY(SessionFile::write(file(), s));
+        QVERIFY(readAll(file()).contains("[OtherRun2]\nList=Kitchen\n"));
+        QVERIFY(readAll(file()).contains("Windows=5,6\n"));
+        QCOMPARE(readBack(), std::optional<Session>(s));
+        // A window named twice, or no window at all, is a damaged file.
+        QByteArray twice = readAll(file());
+        twice.replace("Windows=7", "Windows=6");
+        QCOMPARE(problemWith(twice), QStringLiteral("it is damaged"));
+        QByteArray none = readAll(file());
+        none.replace("Windows=5,6", "Windows=");
+        QCOMPARE(problemWith(none), QStringLiteral("it is damaged"));
+        QByteArray outside = readAll(file());
+        outside.replace("Windows=5,6", "Windows=5,9");
+        QCOMPARE(problemWith(outside), QStringLiteral("it is damaged"));
     }
 
     void aSessionComesBackAsItWasWritten()
@@ -241,7 +262,7 @@ private slots:
         s.windows.resize(1);
         QCOMPARE(sessionQuestion(s), QStringLiteral("Vantrel did not close normally. Reopen its browser window?"));
         s.windows.clear();
-        s.run = SessionRun{"L", 30, false, false, false, 1};
+        s.run = SessionRun{"L", 30, false, false, false, 1, {}};
         QCOMPARE(sessionQuestion(s), QStringLiteral("Vantrel did not close normally. Go on running the list L?"));
     }
 };

@@ -42,7 +42,7 @@ class TestSessionRestore : public QObject
                      {8, "https://eight.example/", "Eight"}};
         s.currentSlot = 5;
         s.newWindowMode = true;
-        s.run = SessionRun{"Walls", 60, true, true, false, 2};
+        s.run = SessionRun{"Walls", 60, true, true, false, 2, {}};
         return s;
     }
     void prepare(const Session& last, bool startUpPage = true)
