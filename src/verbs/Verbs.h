@@ -6,7 +6,6 @@
 #include "TimedRun.h"
 #include "VerbResult.h"
 
-#include <QMap>
 #include <QObject>
 #include <QSet>
 
@@ -17,6 +16,7 @@ class HistoryModel;
 class ListsModel;
 class PageSettingsStore;
 struct PageSettings;
+class RunRoster;
 class RunWatch;
 class WebForm1;
 
@@ -141,12 +141,7 @@ signals:
 
 private:
     VerbResult openInSlot(int slot);
-    // The run of that number, or of the window (nullptr: none).
-    TimedRun* runById(int id) const;
-    TimedRun* runOwning(int slot) const;
-    // Windows that runs in other windows keep for themselves: no other page goes there.
-    QSet<int> reservedSlots() const;
-    int nextUnreserved(int slot) const;
+
     void openNewSlot(bool updateCalendar, int slot = 0);
     bool FindFreeSlot();
     void noteChange();
@@ -154,8 +149,7 @@ private:
 
     WebForm1* m_pool;
     TimedRun* m_run;
-    QMap<int, TimedRun*> m_otherRuns; // by id
-    int m_nextRunId = 2;
+    RunRoster* m_runs; // every run: the run dialog's and those in other windows
     NewWindowGate m_newWindowGate;
     ListsModel* m_lists;
     HistoryModel* m_history;
