@@ -1,6 +1,7 @@
 #include "ListsMenu.h"
 
 #include "ListsTree.h"
+#include "OtherWindowsRun.h"
 #include "PageSettingsDialog.h"
 #include "verbs/ListsModel.h"
 #include "verbs/PageSettingsStore.h"
@@ -66,6 +67,11 @@ ListsMenu::ListsMenu(KeyedTree* tree, ListsTree* lists) : QObject(tree), m_tree(
     m_menu->addSeparator();
     m_pageSettings = m_menu->addAction(QStringLiteral("Page Settings..."), this, &ListsMenu::editPageSettings);
     m_pageSettings->setObjectName(QStringLiteral("PageSettingsAction"));
+    m_otherWindows = m_menu->addAction(QStringLiteral("Run in Other Windows..."), this, &ListsMenu::runInOtherWindows);
+    m_otherWindows->setObjectName(QStringLiteral("RunInOtherWindowsAction"));
+    m_stopOtherWindows =
+        m_menu->addAction(QStringLiteral("Stop Running in Other Windows"), this, &ListsMenu::stopInOtherWindows);
+    m_stopOtherWindows->setObjectName(QStringLiteral("StopOtherWindowsAction"));
     auto* paste = new QShortcut(QKeySequence::Paste, tree, nullptr, nullptr, Qt::WidgetShortcut);
     connect(paste, &QShortcut::activated, this, [this] {
         auto* node = static_cast<KeyedNode*>(m_tree->currentItem());
@@ -81,6 +87,11 @@ void ListsMenu::showFor(KeyedNode* node, const QPoint& globalPos)
     m_export->setEnabled(onList);
     m_paste->setEnabled(onList);
     m_pageSettings->setEnabled(onList);
+    m_otherWindows->setEnabled(onList);
+    bool runsElsewhere = false;
+    for (const RunState& run : m_lists->verbs()->otherRuns())
+        runsElsewhere = runsElsewhere || (onList && run.list.toUpper() == targetList().toUpper());
+    m_stopOtherWindows->setEnabled(runsElsewhere);
     m_menu->popup(globalPos);
 }
 
@@ -189,6 +200,31 @@ void ListsMenu::pastePages()
 PageSettingsDialog* ListsMenu::pageSettingsDialog() const
 {
     return m_dialog;
+}
+
+OtherWindowsRun* ListsMenu::otherWindowsDialog() const
+{
+    return m_otherRun;
+}
+
+void ListsMenu::runInOtherWindows()
+{
+    const QString list = targetList();
+    if (list.isEmpty())
+        return;
+    if (m_otherRun)
+        m_otherRun->close();
+    m_otherRun = new OtherWindowsRun(list, m_lists->verbs(), m_tree->window());
+    m_otherRun->show();
+}
+
+void ListsMenu::stopInOtherWindows()
+{
+    const QString list = targetList();
+    Verbs* verbs = m_lists->verbs();
+    for (const RunState& run : verbs->otherRuns())
+        if (run.list.toUpper() == list.toUpper())
+            verbs->stopRun(run.id);
 }
 
 void ListsMenu::editPageSettings()

@@ -6,6 +6,7 @@
 class KeyedNode;
 class KeyedTree;
 class ListsTree;
+class OtherWindowsRun;
 class PageSettingsDialog;
 class QAction;
 class QMenu;
@@ -14,7 +15,8 @@ class QMenu;
 // from a text file of addresses or a bookmarks file, "Export List..." writes a list out as an HTML
 // bookmarks file or a text file of addresses, "Paste Pages" (also Ctrl+V on the tree) adds the web
 // addresses the clipboard holds to a list, "Page Settings..." shows and changes how a page (or
-// every page of a list) is shown when its list runs.
+// every page of a list) is shown when its list runs, "Run in Other Windows..." runs a list beside
+// the run dialog's run in windows of its own, and "Stop Running in Other Windows" ends that.
 class ListsMenu : public QObject
 {
     Q_OBJECT
@@ -27,6 +29,10 @@ public:
     QAction* exportAction() const { return m_export; }
     QAction* pasteAction() const { return m_paste; }
     QAction* pageSettingsAction() const { return m_pageSettings; }
+    QAction* otherWindowsAction() const { return m_otherWindows; }
+    QAction* stopOtherWindowsAction() const { return m_stopOtherWindows; }
+    // The Run in Other Windows dialog while it is open.
+    OtherWindowsRun* otherWindowsDialog() const;
     // The Page Settings dialog while it is open.
     PageSettingsDialog* pageSettingsDialog() const;
 
@@ -38,6 +44,9 @@ public:
     void exportList();
     void pastePages();
     void editPageSettings();
+    void runInOtherWindows();
+    // Ends every run of the list in other windows.
+    void stopInOtherWindows();
 
     // Makes a list named after the file from its addresses; the list's name, or "" when none was
     // made (what went wrong has been said).
@@ -56,6 +65,9 @@ private:
     QAction* m_export;
     QAction* m_paste;
     QAction* m_pageSettings;
+    QAction* m_otherWindows;
+    QAction* m_stopOtherWindows;
+    QPointer<OtherWindowsRun> m_otherRun;
     QPointer<PageSettingsDialog> m_dialog;
     QString m_targetKey; // the key of the node the menu was opened for
 };

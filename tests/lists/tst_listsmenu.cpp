@@ -91,7 +91,8 @@ private slots:
         QStringList texts;
         for (const QAction* action : menu()->menu()->actions())
             texts << action->text();
-        QCOMPARE(texts, (QStringList{"Import List...", "Export List...", "", "Paste Pages", "", "Page Settings..."}));
+        QCOMPARE(texts, (QStringList{"Import List...", "Export List...", "", "Paste Pages", "", "Page Settings...",
+                                     "Run in Other Windows...", "Stop Running in Other Windows"}));
         QCOMPARE(menu()->pasteAction()->shortcut(), QKeySequence(QKeySequence::Paste));
         QVERIFY(menu()->exportAction()->isEnabled());
         menu()->menu()->hide();
