@@ -142,6 +142,10 @@ private slots:
         QVERIFY(help && help->isVisible());
         QCOMPARE(help->source(), QUrl("qrc:/help/vantrel.html"));
         QVERIFY(help->toPlainText().contains("Run List of Web Pages"));
+        // The run keys, the page settings and the runs in other windows are told there too.
+        for (const char* told : {"Ctrl+Shift+Space", "Ctrl+Shift+Right", "Ctrl+Shift+Left", "Page Settings...",
+                                 "Run in Other Windows...", "Skip for now"})
+            QVERIFY2(help->toPlainText().contains(QLatin1String(told)), told);
         help->close();
         m_main->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(m_main.get()));
