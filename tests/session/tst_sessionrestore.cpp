@@ -13,6 +13,7 @@
 #include "core/ColorsFile.h"
 #include "core/ListFile.h"
 #include "verbs/ListRun.h"
+#include "verbs/Verbs.h"
 #include "lists/ListsPanel.h"
 #include "lists/RunList1.h"
 #include "widgets/GradientButton.h"
@@ -104,6 +105,39 @@ private slots:
         Clock::setInstance(nullptr);
         DialogService::reset();
         m_app.reset();
+    }
+
+    void bothRunsComeBackEachInItsWindowsWithItsOwnTime()
+    {
+        Session last = crashed();
+        last.otherRuns = {SessionRun{"Walls", 30, true, true, false, 1, {5, 6}}};
+        last.run = SessionRun{"Walls", 60, true, false, false, 2, {}};
+        prepare(last);
+        start(DialogService::Answer::Yes);
+        QVERIFY(g.RunListRunning);
+        const QList<RunState> others = m_main->verbs()->otherRuns();
+        QCOMPARE(others.size(), 1);
+        QCOMPARE(others[0].windows, (QList<int>{5, 6}));
+        QCOMPARE(others[0].next, 1);
+        QVERIFY(log().contains("the run of Walls in other windows going on at page 2"));
+        // The run in other windows goes on in its own windows at its own pace; the run dialog's in
+        // a window of its own.
+        m_main->Timer1_Timer();
+        m_clock->advanceSeconds(31);
+        m_main->Timer1_Timer();
+        QCOMPARE(window(6)->navigations.last(), QStringLiteral("https://w2.example/"));
+        m_main->Timer1_Timer();
+        m_clock->advanceSeconds(31);
+        m_main->Timer1_Timer();
+        QCOMPARE(window(5)->navigations.last(), QStringLiteral("https://w3.example/"));
+        QCOMPARE(window(2)->navigations.size(), 1); // the run dialog's run waits its minute
+        // The session written now keeps both, for the next crash.
+        m_clock->advanceSeconds(2);
+        m_main->Timer1_Timer();
+        const std::optional<Session> kept = SessionFile::read(m_app->file("Session.INI"));
+        QVERIFY(kept && kept->run);
+        QCOMPARE(kept->otherRuns.size(), 1);
+        QCOMPARE(kept->otherRuns[0].windows, (QList<int>{5, 6}));
     }
 
     void yesReopensEachWindowInItsSlotAndTheRunGoesOn()
