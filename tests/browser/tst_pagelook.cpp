@@ -196,6 +196,58 @@ private slots:
         QCOMPARE(m_server.requests.count("/a.html"), 0);
     }
 
+    // The pages asked of the server by a one-window run of A, B, C every 30 s over 130 s of timer
+    // ticks (0.6 s each, on the manual clock), with the tick at which each navigation began.
+    QStringList requestsOfARun()
+    {
+        ManualClock clock(QDateTime(QDate(2026, 5, 4), QTime(10, 0)));
+        Clock::setInstance(&clock);
+        m_server.requests.clear();
+        QStringList log;
+        [&] { QVERIFY(verbs()->runList({"Walls", 30, true, false, false}, Caller::Outside).ok()); }();
+        int steps = 0;
+        for (int tick = 0; tick < 217; ++tick) {
+            const int before = verbs()->runState().position;
+            verbs()->tick();
+            clock.advanceSeconds(0.6);
+            const int now = verbs()->runState().position;
+            if (now == before || now < 0)
+                continue; // no step, or the loop going back to its start
+            // A step: the server is asked for its page before the clock moves on.
+            ++steps;
+            log << QString("%1 %2").arg(tick).arg(QUrl(g.CurrentUrl).path());
+            waitFor([&] { return m_server.requests.filter(".html").size() >= steps; }, kLoadTimeoutMs);
+        }
+        verbs()->stopRun();
+        Clock::setInstance(nullptr);
+        return log + QStringList{m_server.requests.filter(".html").join(u' ')};
+    }
+
+    void aListWithoutSettingsRunsAsItAlwaysDid()
+    {
+        makeList({"/a.html", "/b.html", "/live.html"});
+        // The run's interval, counted from the tick after each page; a loop starts again at the tick
+        // after its last page.
+        const QStringList expected = {"0 /a.html", "51 /b.html", "103 /live.html", "156 /a.html", "207 /b.html",
+                                      "/a.html /b.html /live.html /a.html /b.html"};
+        const QStringList alone = requestsOfARun();
+        QCOMPARE(alone, expected);
+        // Settings of other lists' pages, and of none of this list's, change nothing of it.
+        QList<QString> names{"Walls", "Other", "Other"}, titles{QString(), QString(), QString()},
+            urls{QString(), QString(), m_server.url("/a.html")};
+        for (const QString& path : {"/a.html", "/b.html", "/live.html"}) {
+            names << "Walls";
+            titles << path;
+            urls << m_server.url(path);
+        }
+        verbs()->lists()->load({names, titles, urls}, int(names.size()));
+        PageSettings other;
+        other.seconds = 5;
+        other.zoom = 200;
+        QVERIFY(verbs()->setPageSettings("Other", m_server.url("/a.html"), other).ok());
+        QCOMPARE(requestsOfARun(), expected);
+    }
+
     void aClickInTheRunsWindowHoldsItAndMovingThePointerDoesNot()
     {
         makeList({"/a.html", "/b.html"});
