@@ -117,8 +117,7 @@ VerbResult RunRoster::resumeInOtherWindows(const RunChoice& choice, const QList<
     if (!started.ok())
         return started;
     TimedRun* run = m_others.value(id);
-    run->run().RunPos = std::clamp(position, 0, run->run().RunCount());
-    run->run().RunStart = 0;
+    run->goOnAt(position);
     return started;
 }
 

@@ -142,9 +142,28 @@ VerbResult TimedRun::startAt(const RunChoice& choice, int position)
         emit changed();
         return VerbResult::failed(VerbResult::EmptyList, choice.list);
     }
+    goOnAt(position);
+    return VerbResult::done();
+}
+
+void TimedRun::goOnAt(int position)
+{
     m_run.RunPos = std::clamp(position, 0, m_run.RunCount());
     m_run.RunStart = 0;
-    return VerbResult::done();
+    // The windows that show the run's pages again are the run's, as if it had opened them: the
+    // run keys and a person's hold work there from the first moment.
+    const double now = nowSeconds();
+    for (int slot = 1; slot <= kWindowSlots; ++slot) {
+        if (inOtherWindows() && !m_ownSlots.contains(slot))
+            continue;
+        const int shown = m_run.pages().indexOf(globals().WindowUrl[slot]);
+        if (shown < 0)
+            continue;
+        if (m_pages.slotOf(shown) == 0)
+            m_pages.loaded(shown, slot, now);
+        m_slots.insert(slot);
+        m_verbs->pool()->setRunKeys(slot, true);
+    }
 }
 
 VerbResult TimedRun::stop()

@@ -75,6 +75,8 @@ public:
     VerbResult startOnce(const QString& list);
     // A run that was going when the program ended, going on at page `position`.
     VerbResult startAt(const RunChoice& choice, int position);
+    // Goes on at page `position`, taking the windows that show the run's pages as its own.
+    void goOnAt(int position);
     VerbResult stop();
     VerbResult next();
     VerbResult previous();
