@@ -30,6 +30,12 @@ void ListRun::tick()
     if (RunPos > 0)
         RunStart = 0; // the next wait begins at the next tick
     RunPos = shownFrom(RunPos);
+    if (RunPos >= RunCount() && f.loop && own > 0) {
+        // A page's own time ends at its moment: the loop goes round to its first page at once,
+        // not at the tick after.
+        restart();
+        RunPos = shownFrom(0);
+    }
     if (RunPos < RunCount()) {
         open();
     } else if (f.loop) {

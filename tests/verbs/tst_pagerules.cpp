@@ -88,6 +88,19 @@ private slots:
         QVERIFY2(timer.elapsed() >= 4990 && timer.elapsed() < 5200, qPrintable(QString::number(timer.elapsed())));
     }
 
+    void aLoopGoesRoundAtTheMomentItsLastPagesOwnTimeEnds()
+    {
+        h->clock.setNow(QDateTime(QDate(2026, 5, 4), QTime(10, 0)));
+        set("https://three.example/", seconds(10));
+        QVERIFY(h->verbs->runList(walls(false, true)).ok());
+        h->verbs->tick();
+        QVERIFY(h->verbs->nextPage().ok());
+        QVERIFY(h->verbs->nextPage().ok()); // three, for ten seconds
+        tickAfter(10);
+        QCOMPARE(window(1)->navigations.last(), QStringLiteral("https://one.example/"));
+        QCOMPARE(h->verbs->state().run.position, 0);
+    }
+
     void aPageSkippedForNowIsPassedBy()
     {
         PageSettings skip;
