@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QQuickWidget>
 #include <QQuickWindow>
+#include <QScreen>
 #include <QStackedLayout>
 #include <QTimer>
 #include <QStackedWidget>
@@ -200,7 +201,17 @@ BrowserPage* BrowserFrame::promoteStagedPage()
 
 void BrowserFrame::whenStagedPageDrawn(std::function<void()> then)
 {
-    if (!m_nextView) {
+    whenDrawn(m_nextView, std::move(then));
+}
+
+void BrowserFrame::whenPageDrawn(std::function<void()> then)
+{
+    whenDrawn(m_view, std::move(then));
+}
+
+void BrowserFrame::whenDrawn(QWebEngineView* view, std::function<void()> then)
+{
+    if (!view) {
         then();
         return;
     }
@@ -212,7 +223,7 @@ void BrowserFrame::whenStagedPageDrawn(std::function<void()> then)
     };
     // The engine draws a page into a Qt Quick widget inside the view; once that has rendered,
     // the page is on its surface, ready to come up.
-    if (auto* surface = qobject_cast<QQuickWidget*>(m_nextView->focusProxy())) {
+    if (auto* surface = qobject_cast<QQuickWidget*>(view->focusProxy())) {
         if (QQuickWindow* window = surface->quickWindow())
             connect(window, &QQuickWindow::afterRendering, this, fire,
                     Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
@@ -253,8 +264,27 @@ void BrowserFrame::setTheaterMode(bool on)
         showInMode();
 }
 
+void BrowserFrame::showOffScreen()
+{
+    // Shown as far as Qt and the engine know, so that the page is laid out at the window's size and
+    // drawn; the desktop does not see the window yet.
+    setAttribute(Qt::WA_DontShowOnScreen, true);
+    if (m_theater && screen())
+        setGeometry(screen()->geometry());
+    show();
+}
+
+bool BrowserFrame::isOffScreen() const
+{
+    return testAttribute(Qt::WA_DontShowOnScreen);
+}
+
 void BrowserFrame::showInMode()
 {
+    if (isOffScreen()) {
+        hide();
+        setAttribute(Qt::WA_DontShowOnScreen, false);
+    }
     if (m_theater)
         showFullScreen();
     else if (isFullScreen())

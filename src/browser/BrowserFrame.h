@@ -33,6 +33,10 @@ public:
     bool theaterMode() const { return m_theater; }
     // Shows the window in its current mode.
     void showInMode();
+    // The window as shown, its page drawn, but not yet on the screen; showInMode() puts it there
+    // with what it has drawn.
+    void showOffScreen();
+    bool isOffScreen() const;
 
     void showDownload(QWebEngineDownloadRequest* download);
     void showMessage(const QString& text);
@@ -49,6 +53,8 @@ public:
     // Calls `then` once the staged page has been drawn (at its view's next frame, or after a short
     // while where the view tells no frames).
     void whenStagedPageDrawn(std::function<void()> then);
+    // The same for the page shown.
+    void whenPageDrawn(std::function<void()> then);
 
     // The frame that shows `page`, if any.
     static BrowserFrame* frameOfPage(QWebEnginePage* page);
@@ -61,6 +67,7 @@ protected:
 
 private:
     void attachPage(BrowserPage* page);
+    void whenDrawn(QWebEngineView* view, std::function<void()> then);
     void showCrash(const QString& address);
     void updateNavigation();
 

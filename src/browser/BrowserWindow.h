@@ -5,6 +5,8 @@
 #include <QObject>
 #include <QString>
 
+#include <functional>
+
 // The keys that steer a running list from its windows.
 enum class RunKey
 {
@@ -36,6 +38,21 @@ public:
     {
         Q_UNUSED(timeoutMs)
         navigate(address);
+    }
+    // A new window's first page: the window comes into view only once the page has loaded and been
+    // drawn (or `timeoutMs` passed), so that nobody sees it empty; the events come as for navigate().
+    virtual void navigateThenShow(const QString& address, int timeoutMs)
+    {
+        Q_UNUSED(timeoutMs)
+        setVisible(true);
+        navigate(address);
+    }
+    // Brings the window up over the others, its page drawn before it is on the screen; `then` once
+    // it is up (the others may go then without the desktop showing between them).
+    virtual void comeUp(const std::function<void()>& then)
+    {
+        setVisible(true);
+        then();
     }
     // The page's title; the address when the page has none.
     virtual QString locationName() const = 0;

@@ -95,6 +95,54 @@ void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
     m_page->load(QUrl::fromUserInput(address));
 }
 
+void WebBrowserWindow::navigateThenShow(const QString& address, int timeoutMs)
+{
+    if (!m_frame)
+        return;
+    const quint64 showing = ++m_showing;
+    auto bringUp = [this, showing] {
+        if (showing != m_showing || !m_frame || !m_frame->isOffScreen())
+            return;
+        m_frame->showInMode();
+    };
+    // Loaded and drawn at its size (and its zoom) off the screen, it comes up whole.
+    connect(m_page, &QWebEnginePage::loadFinished, this, [this, bringUp] {
+        fitThen(m_page, [this, bringUp] {
+            startScroll();
+            if (m_frame)
+                m_frame->whenPageDrawn(bringUp);
+        });
+    }, Qt::SingleShotConnection);
+    QTimer::singleShot(timeoutMs, this, bringUp);
+    m_frame->showOffScreen();
+    navigate(address);
+    m_lookPending = false; // the look comes with the bringing up, above
+}
+
+void WebBrowserWindow::comeUp(const std::function<void()>& then)
+{
+    if (!m_frame) {
+        then();
+        return;
+    }
+    const quint64 showing = ++m_showing;
+    auto up = [this, showing, then] {
+        if (m_frame && showing == m_showing) {
+            m_frame->showInMode();
+            m_frame->raise();
+            m_frame->activateWindow();
+        }
+        then();
+    };
+    if (m_frame->isVisible() && !m_frame->isOffScreen()) {
+        up(); // on the screen already: only raised
+        return;
+    }
+    // Drawn again off the screen first: a window that was hidden comes up with its page, not empty.
+    m_frame->showOffScreen();
+    m_frame->whenPageDrawn(up);
+}
+
 void WebBrowserWindow::setPageLook(const PageSettings& look, double shownSeconds)
 {
     m_look = look;
@@ -170,6 +218,7 @@ void WebBrowserWindow::setVisible(bool visible)
 {
     if (!m_frame)
         return;
+    ++m_showing; // shown or hidden on purpose: a first page still loading no longer decides
     if (visible)
         m_frame->showInMode();
     else

@@ -34,6 +34,8 @@ public:
     void quit() override;
     void retry() override;
     void navigateWhenReady(const QString& address, int timeoutMs) override;
+    void navigateThenShow(const QString& address, int timeoutMs) override;
+    void comeUp(const std::function<void()>& then) override;
     void setPageLook(const PageSettings& look, double shownSeconds) override;
     void shownAgain() override;
     void setRunKeys(bool on) override;
@@ -57,6 +59,7 @@ private:
     BrowserPage* m_page;               // the page whose events the window reports
     BrowserPage* m_shownPage = nullptr; // the page still shown while m_page is made ready
     quint64 m_staging = 0;
+    quint64 m_showing = 0; // the new window's first page that is to bring it into view
     QString m_documentTitle;     // the top document's own title; "" when it has none
     bool m_topCompleted = false; // the top frame reported its load for the current navigation
     quint64 m_loadNumber = 0;

@@ -384,7 +384,9 @@ bool TimedRun::showKeptPage()
     } else {
         EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
     }
+    pool->RunNavigating = true; // the kept window comes up before the others go
     m_verbs->bringForward(slot);
+    pool->RunNavigating = false;
     if (!reload)
         if (BrowserWindow* window = pool->ie(slot))
             window->shownAgain(); // its scroll starts at the top again

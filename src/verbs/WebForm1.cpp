@@ -89,17 +89,26 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
     }
     if (!window)
         return; // the slot's window is gone: nothing happens
-    if (slot == 1 && !newWindow)
-        window->setVisible(true);
-    window->setTheaterMode(g.OptTheater);
-    window->setVisible(true);
     // A run's page gets its own look; any other page comes as it is.
     if (RunNavigating)
         window->setPageLook(RunLook, RunLookSeconds);
     else
         window->setPageLook(PageSettings(), 0);
+    const bool showWhenLoaded = RunNavigating && VantrelConf::flag(VantrelConf::kShowWhenLoaded);
+    if (newWindow && showWhenLoaded) {
+        // A run's new window comes into view with its page loaded and drawn, never empty.
+        window->setTheaterMode(g.OptTheater);
+        window->navigateThenShow(g.CurrentUrl, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
+        m_recovery->sentTo(slot, g.CurrentUrl);
+        m_slotOpen[size_t(slot)] = true;
+        return;
+    }
+    if (slot == 1 && !newWindow)
+        window->setVisible(true);
+    window->setTheaterMode(g.OptTheater);
+    window->setVisible(true);
     // A run's next page in a window that shows one already comes up only once it has loaded.
-    if (!newWindow && RunNavigating && VantrelConf::flag(VantrelConf::kShowWhenLoaded))
+    if (!newWindow && showWhenLoaded)
         window->navigateWhenReady(g.CurrentUrl, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
     else
         window->navigate(g.CurrentUrl);
@@ -128,11 +137,26 @@ void WebForm1::setRunKeys(int slot, bool on)
 
 void WebForm1::SelectieWindow(int slot, const QSet<int>& spare)
 {
-    for (int s = 1; s <= kWindowSlots; ++s)
-        if (m_slotOpen[size_t(s)] && m_ie[size_t(s)] && !spare.contains(s))
-            m_ie[size_t(s)]->setVisible(false);
+    // A run's kept window comes up over the others before they go, so that the desktop never
+    // shows between them.
+    const quint64 turn = ++m_bringing;
+    if (RunNavigating && isSlot(slot) && m_ie[size_t(slot)]) {
+        m_ie[size_t(slot)]->comeUp([this, turn, slot, spare] {
+            if (turn == m_bringing)
+                hideAllBut(slot, spare);
+        });
+        return;
+    }
+    hideAllBut(0, spare);
     if (isSlot(slot) && m_ie[size_t(slot)])
         m_ie[size_t(slot)]->setVisible(true);
+}
+
+void WebForm1::hideAllBut(int slot, const QSet<int>& spare)
+{
+    for (int s = 1; s <= kWindowSlots; ++s)
+        if (s != slot && m_slotOpen[size_t(s)] && m_ie[size_t(s)] && !spare.contains(s))
+            m_ie[size_t(s)]->setVisible(false);
 }
 
 void WebForm1::connectWindow(int slot, BrowserWindow* window)

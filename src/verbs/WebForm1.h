@@ -85,9 +85,11 @@ private:
     void TitleChange(int slot, const QString& title);
     void OnQuit(int slot, BrowserWindow* window);
     void MarkRowNavigating(int slot, const QString& address);
+    void hideAllBut(int slot, const QSet<int>& spare);
 
     WindowFactory m_factory;
     WindowRecovery* m_recovery;
     std::array<QPointer<BrowserWindow>, 11> m_ie{};
     std::array<bool, 11> m_slotOpen{};
+    quint64 m_bringing = 0; // the latest bringing forward: an earlier one that finishes late does nothing
 };

@@ -6,6 +6,7 @@
 #include "widgets/KeyedTree.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 #include <QTest>
 #include <QWebEngineView>
 
@@ -88,6 +89,55 @@ private slots:
         QCOMPARE(window(1)->page()->requestedUrl().toString(), m_server.url("/never.html"));
         QVERIFY(timer.elapsed() >= 900);
         QVERIFY(timer.elapsed() < 5000);
+    }
+    void aRunsNewWindowComesIntoViewOnlyWithItsPageLoaded()
+    {
+        const QString slow = m_server.url("/slow.html?new");
+        g.RunListRunning = true;
+        g.CurrentUrl = slow;
+        m_main->webForm()->RunNavigating = true;
+        m_main->NewBtnAction(true);
+        m_main->webForm()->RunNavigating = false;
+        BrowserFrame* frame = window(1)->frame();
+        // Made and loading, drawn off the screen: the desktop does not see it yet.
+        QTest::qWait(700);
+        QVERIFY(frame->isOffScreen());
+        QVERIFY(frame->testAttribute(Qt::WA_DontShowOnScreen));
+        QVERIFY(window(1)->isVisible()); // as far as the program knows, it is shown
+        QCOMPARE(row(1)->text(), slow); // and its row says where it goes, as for any window
+        QTRY_VERIFY_WITH_TIMEOUT(!frame->isOffScreen(), kLoadTimeoutMs);
+        QVERIFY(frame->isVisible());
+        QCOMPARE(shownUrl(), slow);
+        QTRY_COMPARE_WITH_TIMEOUT(m_completed, QStringList{slow}, kLoadTimeoutMs);
+    }
+    void aNewWindowOutsideARunIsShownAtOnce()
+    {
+        g.CurrentUrl = m_server.url("/slow.html?person");
+        m_main->NewBtnAction(true);
+        QVERIFY(!window(1)->frame()->isOffScreen());
+        QVERIFY(window(1)->frame()->isVisible());
+    }
+    void aKeptWindowComesUpBeforeTheOthersGo()
+    {
+        QCOMPARE(openAndWait(m_server.url("/first.html")).size(), 1);
+        QCOMPARE(openAndWait(m_server.url("/slow.html?kept")).size(), 1);
+        window(1)->setVisible(false); // kept, out of view, as a run leaves it
+        QVERIFY(window(2)->frame()->isVisible());
+        bool secondGoneBeforeFirstUp = false;
+        QTimer watch;
+        connect(&watch, &QTimer::timeout, this, [&] {
+            if (!window(2)->frame()->isVisible() && !(window(1)->frame()->isVisible() && !window(1)->frame()->isOffScreen()))
+                secondGoneBeforeFirstUp = true;
+        });
+        watch.start(1);
+        m_main->webForm()->RunNavigating = true;
+        m_main->webForm()->SelectieWindow(1);
+        m_main->webForm()->RunNavigating = false;
+        QTRY_VERIFY_WITH_TIMEOUT(!window(2)->frame()->isVisible(), 5000);
+        watch.stop();
+        QVERIFY(window(1)->frame()->isVisible());
+        QVERIFY(!window(1)->frame()->isOffScreen());
+        QVERIFY(!secondGoneBeforeFirstUp);
     }
     void withTheSettingOffOrOutsideARunThePageChangesAtOnce()
     {
