@@ -11,6 +11,7 @@
 #include "widgets/GradientButton.h"
 #include "widgets/Twips.h"
 
+#include <array>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -95,9 +96,13 @@ void SurfPanel::setVerbs(Verbs* verbs)
 
 void SurfPanel::showRunPaused()
 {
-    const RunState run = m_verbs->runState();
+    // Every run's window: the run dialog's and those of runs in other windows.
+    std::array<WindowState, kWindowSlots + 1> bySlot{};
+    for (const WindowState& window : m_verbs->windows())
+        if (window.slot >= 1 && window.slot <= kWindowSlots)
+            bySlot[size_t(window.slot)] = window;
     for (int slot = 1; slot <= kWindowSlots; ++slot)
-        m_states->showPaused(slot, run.running && run.paused && run.slot == slot, run.heldByPerson);
+        m_states->showPaused(slot, bySlot[size_t(slot)].runPaused, bySlot[size_t(slot)].runHeldByPerson);
 }
 
 void SurfPanel::showWindowShown(int slot, bool updateCalendar)

@@ -16,6 +16,7 @@ struct WindowState
     PageRecovery::State page = PageRecovery::State::Idle; // the picture beside the row
     QString pageText;                                     // and its words
     bool runPaused = false; // it shows the page of a run that is paused
+    bool runHeldByPerson = false; // ... because someone uses a window of that run
 
     bool operator==(const WindowState&) const = default;
 };

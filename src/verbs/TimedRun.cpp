@@ -397,7 +397,9 @@ void TimedRun::tick()
 {
     const int before = m_run.RunPos;
     const bool running = m_run.flags().running;
-    m_runWatch->tick(); // a run that was just started is logged before its first page opens
+    // A run that was just started is logged before its first page opens.
+    const ListRun::Flags f = m_run.flags();
+    m_runWatch->tick({f.running, f.name, f.interval, f.multi, f.loop});
     m_run.tick();
     const double now = nowSeconds();
     const int shown = m_run.RunPos - 1;

@@ -97,6 +97,8 @@ public:
     // A run key pressed in the slot's window.
     void runKey(int slot, RunKey key);
     bool owns(int slot) const { return m_slots.contains(slot); }
+    // Paused because a person uses one of its windows.
+    bool heldByPerson() const { return m_handsOn; }
 
 signals:
     void completed(Caller startedBy);

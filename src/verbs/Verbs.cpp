@@ -334,6 +334,7 @@ WindowState Verbs::window(int slot) const
     w.pageText = m_pool->recovery()->shownText(slot);
     TimedRun* run = m_runs->owning(slot);
     w.runPaused = run && run->shownSlot() == slot && run->run().paused();
+    w.runHeldByPerson = w.runPaused && run->heldByPerson();
     return w;
 }
 

@@ -7,16 +7,21 @@
 void RunWatch::tick()
 {
     const Globals& g = globals();
-    if (g.RunListRunning == m_running)
+    tick({g.RunListRunning, g.RunListName, g.RunInterval, g.RunListMulti, g.RunListLoop});
+}
+
+void RunWatch::tick(const Run& run)
+{
+    if (run.running == m_running)
         return;
-    m_running = g.RunListRunning;
+    m_running = run.running;
     if (m_running) {
         m_completed = false;
         EventLog::write(QStringLiteral("run started: %1, every %2 s, %3, %4")
-                            .arg(g.RunListName)
-                            .arg(g.RunInterval)
-                            .arg(g.RunListMulti ? QStringLiteral("in several windows") : QStringLiteral("in one window"))
-                            .arg(g.RunListLoop ? QStringLiteral("in a loop") : QStringLiteral("once")));
+                            .arg(run.list)
+                            .arg(run.intervalSeconds)
+                            .arg(run.severalWindows ? QStringLiteral("in several windows") : QStringLiteral("in one window"))
+                            .arg(run.loop ? QStringLiteral("in a loop") : QStringLiteral("once")));
         QString why;
         if (VantrelConf::flag(VantrelConf::kKeepScreenAwake) &&
             !m_screen.hold(QStringLiteral("A list of pages is running"), &why))

@@ -3,6 +3,7 @@
 #include "ScreenAwake.h"
 
 #include <QObject>
+#include <QString>
 
 // Follows the timed run of a favourite list for what the program adds to it: each run's start and
 // end go into the log (completed, or stopped before its end), and while a run goes the screen is
@@ -15,8 +16,20 @@ class RunWatch : public QObject
 public:
     using QObject::QObject;
 
-    // From Timer1: notices a run that began or ended since the last tick.
+    // What the watch knows of the run it follows.
+    struct Run
+    {
+        bool running = false;
+        QString list;
+        int intervalSeconds = 0;
+        bool severalWindows = false;
+        bool loop = false;
+    };
+
+    // From Timer1: notices a run that began or ended since the last tick: the run of the run
+    // dialog, as the program's shared state tells it, or the run given.
     void tick();
+    void tick(const Run& run);
     // The run went through its last page (the end it is told about, not a stop).
     void completed() { m_completed = true; }
 

@@ -4,6 +4,7 @@
 #include "ListsTab.h"
 #include "lists/OtherWindowsRun.h"
 #include "surf/SurfPanel.h"
+#include "surf/WindowStates.h"
 #include "verbs/Verbs.h"
 #include "widgets/GradientButton.h"
 
@@ -71,6 +72,11 @@ private slots:
         QCOMPARE(t->created.size(), 1);
         QCOMPARE(t->created[0]->navigations, QStringList{"https://news.example/"});
         QVERIFY(t->main->surf()->Button(4)->isVisibleTo(t->main->surf()));
+        // Held while someone uses its window: its row says so.
+        emit t->created[0]->personActed();
+        QTRY_VERIFY(!t->main->surf()->states()->pausedLabel(5)->isHidden());
+        QVERIFY(t->main->surf()->states()->pausedLabel(5)->toolTip().contains("while someone uses this window"));
+        QVERIFY(t->main->surf()->states()->pausedLabel(1)->isHidden());
         // Its windows cannot be given to another run; the list's menu offers to stop it.
         openOn("Walls");
         QVERIFY(!windowBox(5)->isEnabled());

@@ -8,6 +8,7 @@
 #include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
 
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <memory>
@@ -60,6 +61,12 @@ public:
         verbs->lists()->load({names, titles, urls}, int(names.size()));
     }
     QString folder() const { return m_app.path(); }
+    // What the log holds so far.
+    QString log() const
+    {
+        QFile file(m_app.filePath(QStringLiteral("Vantrel.log")));
+        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+    }
 
     ManualClock clock{QDateTime(QDate(2026, 5, 4), QTime(10, 0))};
     std::unique_ptr<Verbs> verbs;

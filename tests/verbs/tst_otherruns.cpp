@@ -42,6 +42,10 @@ private slots:
         verbs()->tick();
         QCOMPARE(window(5)->navigations, QStringList{"https://l1.example/"});
         QCOMPARE(window(1)->navigations, QStringList{"https://w1.example/"});
+        // Each run is logged as it is.
+        QVERIFY(h->log().contains("run 2 started in windows 5, 6: Lobby"));
+        QVERIFY(h->log().contains("run started: Lobby, every 10 s, in several windows, in a loop"));
+        QVERIFY(h->log().contains("run started: Walls, every 30 s, in one window, in a loop"));
         // Ten seconds on: the lobby's next page goes round its own windows; the walls wait.
         tickAfter(0.6);
         tickAfter(10.1);
@@ -112,6 +116,7 @@ private slots:
         QVERIFY(verbs()->otherRuns().value(0).heldByPerson);
         QVERIFY(!verbs()->state().run.paused);
         QVERIFY(verbs()->state().windows.value(1).runPaused); // window 5's row says so
+        QVERIFY(verbs()->state().windows.value(1).runHeldByPerson);
         QVERIFY(!verbs()->state().windows.value(0).runPaused);
         emit window(1)->runKeyPressed(RunKey::PauseOrResume);
         QVERIFY(verbs()->state().run.paused);

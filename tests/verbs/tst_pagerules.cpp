@@ -32,11 +32,7 @@ class TestPageRules : public QObject
     {
         return RunChoice{QStringLiteral("Walls"), 30, loop, several, keep};
     }
-    QString log() const
-    {
-        QFile file(h->folder() + "/Vantrel.log");
-        return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-    }
+    QString log() const { return h->log(); }
 
 private slots:
     void init()
