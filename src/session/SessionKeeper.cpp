@@ -63,7 +63,7 @@ void SessionKeeper::write(Session session)
 
 SessionStart decideSessionStart(const std::optional<Session>& last, bool reopenAfterCrash, bool alwaysReopen)
 {
-    if (!last || (last->windows.isEmpty() && !last->run))
+    if (!last || (last->windows.isEmpty() && !last->run && last->otherRuns.isEmpty()))
         return {};
     if (last->endedNormally) {
         if (alwaysReopen && !last->windows.isEmpty())
@@ -71,18 +71,30 @@ SessionStart decideSessionStart(const std::optional<Session>& last, bool reopenA
         return {};
     }
     const bool askless = reopenAfterCrash || alwaysReopen;
-    return {askless ? SessionStart::Reopen : SessionStart::Ask, last->run.has_value()};
+    return {askless ? SessionStart::Reopen : SessionStart::Ask, last->run.has_value() || !last->otherRuns.isEmpty()};
 }
 
 QString sessionQuestion(const Session& last)
 {
+    // The run dialog's list first, then those that ran in other windows.
+    QStringList lists;
+    if (last.run)
+        lists << last.run->list;
+    for (const SessionRun& other : last.otherRuns)
+        lists << other.list;
+    QString running;
+    if (lists.size() == 1)
+        running = QStringLiteral("the list %1").arg(lists.first());
+    else if (lists.size() > 1)
+        running = QStringLiteral("the lists %1 and %2").arg(lists.mid(0, lists.size() - 1).join(QStringLiteral(", ")),
+                                                           lists.last());
     QString question = QStringLiteral("Vantrel did not close normally. ");
     const qsizetype windows = last.windows.size();
-    if (windows == 0 && last.run)
-        return question + QStringLiteral("Go on running the list %1?").arg(last.run->list);
+    if (windows == 0 && !running.isEmpty())
+        return question + QStringLiteral("Go on running %1?").arg(running);
     question += windows == 1 ? QStringLiteral("Reopen its browser window")
                              : QStringLiteral("Reopen its %1 browser windows").arg(windows);
-    if (last.run)
-        question += QStringLiteral(" and go on running the list %1").arg(last.run->list);
+    if (!running.isEmpty())
+        question += QStringLiteral(" and go on running %1").arg(running);
     return question + u'?';
 }

@@ -264,6 +264,12 @@ private slots:
         s.windows.clear();
         s.run = SessionRun{"L", 30, false, false, false, 1, {}};
         QCOMPARE(sessionQuestion(s), QStringLiteral("Vantrel did not close normally. Go on running the list L?"));
+        // Lists that ran in other windows are named too, and go on with the windows.
+        s.otherRuns = {SessionRun{"Lobby", 30, true, true, false, 0, {5}}, SessionRun{"Shop", 30, true, true, false, 0, {6}}};
+        QCOMPARE(sessionQuestion(s), QStringLiteral("Vantrel did not close normally. Go on running the lists L, Lobby and Shop?"));
+        s.run.reset();
+        QCOMPARE(sessionQuestion(s), QStringLiteral("Vantrel did not close normally. Go on running the lists Lobby and Shop?"));
+        QVERIFY(decideSessionStart(s, false, false).withRun);
     }
 };
 
