@@ -10,6 +10,7 @@
 //     every step, as the run does in the program: each switch loads that page again in the next
 //     window.
 #include "BenchSupport.h"
+#include "ProcessFigures.h"
 #include "LocalHttpServer.h"
 #include "settings/VantrelConf.h"
 #include "browser/BrowserEngine.h"
@@ -55,96 +56,15 @@ QColor pageColor(int i)
     return QColor::fromHsv((i * 360 / kPages) % 360, 200, 180);
 }
 
-long statusField(const std::string& path, const std::string& field)
-{
-    std::ifstream status(path);
-    std::string line;
-    while (std::getline(status, line))
-        if (line.rfind(field + ":", 0) == 0)
-            return std::stol(line.substr(field.size() + 1));
-    return 0;
-}
-
-// The resident memory (kB) of the processes below `root` (the engine's helpers and renderers).
-long descendantsRssKb(pid_t root)
-{
-    long total = 0;
-    QList<pid_t> parents{root};
-    const QStringList entries = QDir("/proc").entryList(QDir::Dirs);
-    for (int i = 0; i < parents.size(); ++i) {
-        for (const QString& entry : entries) {
-            bool ok = false;
-            const pid_t pid = entry.toInt(&ok);
-            if (!ok)
-                continue;
-            std::ifstream stat("/proc/" + entry.toStdString() + "/stat");
-            std::string line;
-            std::getline(stat, line);
-            const size_t close = line.rfind(')');
-            if (close == std::string::npos)
-                continue;
-            std::istringstream rest(line.substr(close + 2));
-            std::string state;
-            pid_t parent = 0;
-            rest >> state >> parent;
-            if (parent == parents[i]) {
-                parents.append(pid);
-                total += statusField("/proc/" + entry.toStdString() + "/status", "VmRSS");
-            }
-        }
-    }
-    return total;
-}
-
 // Pages alternate between two origins (two servers), as a rotation of dashboards from several
 // sites does: the engine then has nothing of the page before to hold on screen.
 std::array<LocalHttpServer*, 2> g_origins{};
 
-// The socket inodes of this process's TCP connections whose local port is one of `ports`: the
-// benchmark's own web servers' ends of their connections.
-QSet<QString> serverSockets(const QList<quint16>& ports)
-{
-    QSet<QString> inodes;
-    for (const char* table : {"/proc/self/net/tcp", "/proc/self/net/tcp6"}) {
-        QFile file(QString::fromLatin1(table));
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        file.readLine(); // the heading
-        while (!file.atEnd()) {
-            const QList<QByteArray> fields = file.readLine().simplified().split(' ');
-            if (fields.size() < 10)
-                continue;
-            const quint16 port = quint16(fields[1].split(':').value(1).toUInt(nullptr, 16));
-            if (ports.contains(port))
-                inodes.insert(QString::fromLatin1(fields[9]));
-        }
-    }
-    return inodes;
-}
-
-// This process's open files, less the benchmark's web servers' sockets: those of the program and
-// its engine, and (apart) those in the browser profile's folder, the engine's own databases
-// (cookies, history, session storage), which its caches keep open as they see fit.
-struct OpenFiles
-{
-    int program = 0;
-    int profile = 0;
-};
 QString g_profileFolder;
 
 OpenFiles openFiles()
 {
-    const QSet<QString> servers = serverSockets({g_origins[0]->serverPort(), g_origins[1]->serverPort()});
-    OpenFiles count;
-    const QDir fds(QStringLiteral("/proc/self/fd"));
-    for (const QString& fd : fds.entryList(QDir::NoDotAndDotDot | QDir::AllEntries | QDir::System)) {
-        const QString target = QFile::symLinkTarget(fds.filePath(fd));
-        if (target.startsWith(g_profileFolder))
-            ++count.profile;
-        else if (!(target.contains(QLatin1String("socket:[")) && servers.contains(target.section(u'[', 1).chopped(1))))
-            ++count.program;
-    }
-    return count;
+    return openFilesOf(g_profileFolder, {g_origins[0]->serverPort(), g_origins[1]->serverPort()});
 }
 
 QByteArray picture(const QColor& color)

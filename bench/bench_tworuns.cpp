@@ -1,0 +1,149 @@
+// A soak of two lists running at once with pages' settings of their own, with the real engine on
+// local pages: "Front" from the run dialog's verbs over windows 1 to 4 and "Back" in windows 5 to
+// 8, both looping; pages zoomed, fitted to the width, scrolling slowly, reloaded every minute, with
+// times of their own. The runs' clock is moved on by the benchmark, the program's timer ticks as in
+// the program. After a first round it measures the main process's and the renderers' memory, the
+// open files and the threads; then again after N ticks (400 unless --ticks gives another number).
+// Targets: memory growth under 5 %, no growth of open files or threads.
+#include "BenchSupport.h"
+#include "LocalHttpServer.h"
+#include "ProcessFigures.h"
+#include "browser/BrowserEngine.h"
+#include "browser/BrowserProfile.h"
+#include "browser/WebBrowserWindow.h"
+#include "core/Clock.h"
+#include "core/Globals.h"
+#include "mainwindow/Vantrel1.h"
+#include "verbs/ListsModel.h"
+#include "verbs/Verbs.h"
+#include "verbs/WebForm1.h"
+
+#include <QApplication>
+#include <QTemporaryDir>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr int kPagesEach = 6;
+
+QByteArray page(int i)
+{
+    QByteArray rows;
+    for (int r = 0; r < 40; ++r)
+        rows += "<p style='padding:12px;background:hsl(" + QByteArray::number((i * 37 + r * 9) % 360) +
+                ",50%,85%)'>Row " + QByteArray::number(r) + "</p>";
+    return "<html><head><title>Page " + QByteArray::number(i) + "</title></head><body style='margin:0'>"
+           "<div style='width:1600px'>" + rows + "</div><script>setInterval(function () {"
+           "document.title = 'Page " + QByteArray::number(i) + " ' + Date.now() % 1000; }, 1000);</script></body></html>";
+}
+
+struct Figures
+{
+    long main = 0;
+    long renderers = 0;
+    OpenFiles files;
+    long threads = 0;
+};
+
+Figures figures(const QString& profile, quint16 port)
+{
+    return {statusField("/proc/self/status", "VmRSS"), descendantsRssKb(::getpid()), openFilesOf(profile, {port}),
+            statusField("/proc/self/status", "Threads")};
+}
+
+} // namespace
+
+int main(int argc, char* argv[])
+{
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    int ticks = 400;
+    for (int i = 1; i + 1 < argc; ++i)
+        if (QByteArray(argv[i]) == "--ticks")
+            ticks = std::max(10, QByteArray(argv[i + 1]).toInt());
+    QTemporaryDir dir;
+    const QString profile = dir.filePath("profile") + u'/';
+    BrowserProfile::setStorageFolder(dir.filePath("profile"));
+    BrowserEngine::prepare();
+    QApplication app(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    ManualClock clock(QDateTime(QDate(2026, 5, 1), QTime(0, 0, 1)));
+    Clock::setInstance(&clock);
+    globals().AppPath = dir.path();
+    BrowserEngine::setWindowMaker([](QObject* parent) { return new WebBrowserWindow(parent); });
+    LocalHttpServer server;
+    server.start();
+    QList<QString> names, titles, urls;
+    for (const char* list : {"Front", "Back"}) {
+        names << list;
+        titles << QString();
+        urls << QString();
+        for (int i = 0; i < kPagesEach; ++i) {
+            const int n = (QByteArray(list) == "Front" ? 0 : kPagesEach) + i;
+            const QString path = QStringLiteral("/p%1.html").arg(n);
+            server.setPage(path, page(n));
+            names << list;
+            titles << path;
+            urls << server.url(path);
+        }
+    }
+
+    Vantrel1 main;
+    main.Form_Load();
+    main.show();
+    Verbs* verbs = main.verbs();
+    verbs->lists()->load({names, titles, urls}, int(names.size()));
+    // Settings of their own on half the pages of each list.
+    PageSettings zoom, slow, live, fit, longer;
+    zoom.zoom = 150;
+    slow.scroll = PageSettings::Scroll::Slowly;
+    slow.seconds = 10;
+    live.reload = PageSettings::Reload::EveryMinutes;
+    live.reloadMinutes = 1;
+    fit.zoom = PageSettings::kFitWidth;
+    longer.seconds = 20;
+    verbs->setPageSettings("Front", urls[1], zoom);
+    verbs->setPageSettings("Front", urls[2], slow);
+    verbs->setPageSettings("Front", urls[3], live);
+    verbs->setPageSettings("Back", urls[kPagesEach + 2], fit);
+    verbs->setPageSettings("Back", urls[kPagesEach + 3], longer);
+
+    int completed = 0;
+    QObject::connect(main.webForm(), &WebForm1::documentCompleted, &main, [&] { ++completed; });
+    if (!verbs->runInOtherWindows({"Back", 30, true, true, false}, {5, 6, 7, 8}, Caller::Outside).ok() ||
+        !verbs->runList({"Front", 30, true, true, false}, Caller::Outside).ok()) {
+        std::fprintf(stderr, "the runs did not start\n");
+        return 1;
+    }
+    auto tick = [&] {
+        main.Timer1_Timer();
+        clock.advanceSeconds(31);
+        waitMs(250); // what the engine makes of the step
+    };
+    for (int i = 0; i < 2 * kPagesEach + 4; ++i) // the first round opens and settles every window
+        tick();
+    waitMs(1500);
+    const Figures start = figures(profile, server.serverPort());
+    const int completedStart = completed;
+    QElapsedTimer soak;
+    soak.start();
+    for (int i = 0; i < ticks; ++i)
+        tick();
+    waitMs(2000);
+    const Figures end = figures(profile, server.serverPort());
+    const double growth = 100.0 * double(end.main + end.renderers - start.main - start.renderers) /
+                          double(start.main + start.renderers);
+    std::printf("two runs at once, %d pages each with settings of their own on half of them: %d ticks 31 s apart in "
+                "%.0f s, %d documents completed, %d windows\n",
+                kPagesEach, ticks, double(soak.elapsed()) / 1000.0, completed - completedStart, globals().WindowCount);
+    std::printf("  main process %ld -> %ld kB, renderers %ld -> %ld kB: growth %.1f %%   target < 5 %%  %s\n", start.main,
+                end.main, start.renderers, end.renderers, growth, growth < 5.0 ? "ok" : "OVER");
+    std::printf("  open files %d -> %d, threads %ld -> %ld   target no growth  %s\n", start.files.program,
+                end.files.program, start.threads, end.threads,
+                end.files.program <= start.files.program && end.threads <= start.threads ? "ok" : "OVER");
+    verbs->stopRun(2);
+    verbs->stopRun();
+    main.Form_Unload();
+    Clock::setInstance(nullptr);
+    return 0;
+}
