@@ -11,6 +11,7 @@
 // each with "Show each page of a run only when it has loaded" on, and off: the floor it is set
 // against, measured in the same run. Target: 0 blank frames at every step after the first.
 #include "BenchSupport.h"
+#include "EngineBench.h"
 #include "LocalHttpServer.h"
 #include "browser/BrowserEngine.h"
 #include "browser/BrowserProfile.h"
@@ -115,17 +116,13 @@ void print(const char* what, const Kind& kind)
 int main(int argc, char* argv[])
 {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    QTemporaryDir dir;
-    BrowserProfile::setStorageFolder(dir.filePath("profile"));
-    BrowserEngine::prepare();
+    EngineBench engine;
     QApplication app(argc, argv);
     if (QGuiApplication::platformName() != u"xcb") {
         std::fprintf(stderr, "bench_blankframes samples a real screen: run it on an X display\n");
         return 2;
     }
-    QApplication::setQuitOnLastWindowClosed(false);
-    globals().AppPath = dir.path();
-    BrowserEngine::setWindowMaker([](QObject* parent) { return new WebBrowserWindow(parent); });
+    engine.ready();
     LocalHttpServer server;
     server.start();
     QList<QString> names{"Apps"}, titles{QString()}, urls{QString()};

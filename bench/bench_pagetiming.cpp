@@ -6,6 +6,7 @@
 // (200 unless --steps gives another number). The floor, measured in the same run: how late a bare
 // precise Qt timer of the same lengths fires in this process, with the engine loaded.
 #include "BenchSupport.h"
+#include "EngineBench.h"
 #include "LocalHttpServer.h"
 #include "browser/BrowserEngine.h"
 #include "browser/BrowserFrame.h"
@@ -49,17 +50,10 @@ double timerLateness(int ms)
 int main(int argc, char* argv[])
 {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    int steps = 200;
-    for (int i = 1; i + 1 < argc; ++i)
-        if (QByteArray(argv[i]) == "--steps")
-            steps = std::max(2, QByteArray(argv[i + 1]).toInt());
-    QTemporaryDir dir;
-    BrowserProfile::setStorageFolder(dir.filePath("profile"));
-    BrowserEngine::prepare();
+    const int steps = numberArgument(argc, argv, "--steps", 200, 2);
+    EngineBench engine;
     QApplication app(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
-    globals().AppPath = dir.path();
-    BrowserEngine::setWindowMaker([](QObject* parent) { return new WebBrowserWindow(parent); });
+    engine.ready();
 
     LocalHttpServer server;
     server.start();

@@ -6,6 +6,7 @@
 // open files and the threads; then again after N ticks (400 unless --ticks gives another number).
 // Targets: memory growth under 5 %, no growth of open files or threads.
 #include "BenchSupport.h"
+#include "EngineBench.h"
 #include "LocalHttpServer.h"
 #include "ProcessFigures.h"
 #include "browser/BrowserEngine.h"
@@ -57,20 +58,13 @@ Figures figures(const QString& profile, quint16 port)
 int main(int argc, char* argv[])
 {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
-    int ticks = 400;
-    for (int i = 1; i + 1 < argc; ++i)
-        if (QByteArray(argv[i]) == "--ticks")
-            ticks = std::max(10, QByteArray(argv[i + 1]).toInt());
-    QTemporaryDir dir;
-    const QString profile = dir.filePath("profile") + u'/';
-    BrowserProfile::setStorageFolder(dir.filePath("profile"));
-    BrowserEngine::prepare();
+    const int ticks = numberArgument(argc, argv, "--ticks", 400, 10);
+    EngineBench engine;
+    const QString profile = engine.profileFolder();
     QApplication app(argc, argv);
-    QApplication::setQuitOnLastWindowClosed(false);
+    engine.ready();
     ManualClock clock(QDateTime(QDate(2026, 5, 1), QTime(0, 0, 1)));
     Clock::setInstance(&clock);
-    globals().AppPath = dir.path();
-    BrowserEngine::setWindowMaker([](QObject* parent) { return new WebBrowserWindow(parent); });
     LocalHttpServer server;
     server.start();
     QList<QString> names, titles, urls;

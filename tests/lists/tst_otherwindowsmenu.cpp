@@ -32,9 +32,7 @@ class TestOtherWindowsMenu : public QObject
     QCheckBox* windowBox(int slot) { return dialog()->findChild<QCheckBox*>(QString("WindowCheck_%1").arg(slot)); }
     void openOn(const QString& key)
     {
-        QVERIFY(t->openMenuOn(key));
-        QVERIFY(t->menu()->otherWindowsAction()->isEnabled());
-        t->choose(t->menu()->otherWindowsAction());
+        QVERIFY(t->chooseOn(key, t->menu()->otherWindowsAction()));
         QTRY_VERIFY(dialog() && dialog()->isVisible());
     }
 

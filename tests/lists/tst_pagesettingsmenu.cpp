@@ -43,9 +43,7 @@ class TestPageSettingsMenu : public QObject
     }
     void openSettingsOn(const QString& key)
     {
-        QVERIFY(t->openMenuOn(key));
-        QVERIFY(t->menu()->pageSettingsAction()->isEnabled());
-        t->choose(t->menu()->pageSettingsAction());
+        QVERIFY(t->chooseOn(key, t->menu()->pageSettingsAction()));
         QTRY_VERIFY(dialog() && dialog()->isVisible());
     }
 

@@ -52,6 +52,14 @@ public:
         return QTest::qWaitFor([&] { return menu()->menu()->isVisible(); });
     }
     void choose(QAction* action) const { chooseFromMenu(menu()->menu(), action); }
+    // Opens the menu on `key` and chooses `action` there; false when it is not there to choose.
+    bool chooseOn(const QString& key, QAction* action) const
+    {
+        if (!openMenuOn(key) || !action->isEnabled())
+            return false;
+        choose(action);
+        return true;
+    }
 
     TempAppFolder app;
     bool exposed = false;
