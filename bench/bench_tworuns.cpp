@@ -4,7 +4,8 @@
 // times of their own. The runs' clock is moved on by the benchmark, the program's timer ticks as in
 // the program. After a first round it measures the main process's and the renderers' memory, the
 // open files and the threads; then again after N ticks (400 unless --ticks gives another number).
-// Targets: memory growth under 5 %, no growth of open files or threads.
+// Targets: memory growth under 5 %, no growth of open files or threads. With --no-settings the
+// same soak runs without the pages' settings, to tell their share.
 #include "BenchSupport.h"
 #include "EngineBench.h"
 #include "LocalHttpServer.h"
@@ -59,6 +60,9 @@ int main(int argc, char* argv[])
 {
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     const int ticks = numberArgument(argc, argv, "--ticks", 400, 10);
+    bool withSettings = true;
+    for (int i = 1; i < argc; ++i)
+        withSettings = withSettings && QByteArray(argv[i]) != "--no-settings";
     EngineBench engine;
     const QString profile = engine.profileFolder();
     QApplication app(argc, argv);
@@ -96,11 +100,13 @@ int main(int argc, char* argv[])
     live.reloadMinutes = 1;
     fit.zoom = PageSettings::kFitWidth;
     longer.seconds = 20;
-    verbs->setPageSettings("Front", urls[1], zoom);
-    verbs->setPageSettings("Front", urls[2], slow);
-    verbs->setPageSettings("Front", urls[3], live);
-    verbs->setPageSettings("Back", urls[kPagesEach + 2], fit);
-    verbs->setPageSettings("Back", urls[kPagesEach + 3], longer);
+    if (withSettings) {
+        verbs->setPageSettings("Front", urls[1], zoom);
+        verbs->setPageSettings("Front", urls[2], slow);
+        verbs->setPageSettings("Front", urls[3], live);
+        verbs->setPageSettings("Back", urls[kPagesEach + 2], fit);
+        verbs->setPageSettings("Back", urls[kPagesEach + 3], longer);
+    }
 
     int completed = 0;
     QObject::connect(main.webForm(), &WebForm1::documentCompleted, &main, [&] { ++completed; });
@@ -127,9 +133,9 @@ int main(int argc, char* argv[])
     const Figures end = figures(profile, server.serverPort());
     const double growth = 100.0 * double(end.main + end.renderers - start.main - start.renderers) /
                           double(start.main + start.renderers);
-    std::printf("two runs at once, %d pages each with settings of their own on half of them: %d ticks 31 s apart in "
-                "%.0f s, %d documents completed, %d windows\n",
-                kPagesEach, ticks, double(soak.elapsed()) / 1000.0, completed - completedStart, globals().WindowCount);
+    std::printf("two runs at once, %d pages each, %s: %d ticks 31 s apart in %.0f s, %d documents completed, %d "
+                "windows\n",
+                kPagesEach, withSettings ? "settings of their own on half of them" : "no page settings", ticks, double(soak.elapsed()) / 1000.0, completed - completedStart, globals().WindowCount);
     std::printf("  main process %ld -> %ld kB, renderers %ld -> %ld kB: growth %.1f %%   target < 5 %%  %s\n", start.main,
                 end.main, start.renderers, end.renderers, growth, growth < 5.0 ? "ok" : "OVER");
     std::printf("  open files %d -> %d, threads %ld -> %ld   target no growth  %s\n", start.files.program,
