@@ -17,6 +17,9 @@ public:
     static QDate today();
     // The local date and time.
     static QDateTime localNow();
+    // Seconds since the epoch, with fractions: for waits that run past midnight (kept pages,
+    // crash reloads, a person's hold).
+    static double epochSeconds() { return double(localNow().toMSecsSinceEpoch()) / 1000.0; }
 
     // Replaces the clock; nullptr restores the system clock. The caller keeps ownership.
     static void setInstance(Clock* clock);

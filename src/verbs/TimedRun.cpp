@@ -11,15 +11,6 @@
 #include <algorithm>
 #include <cmath>
 
-namespace {
-
-double nowSeconds()
-{
-    return double(Clock::localNow().toMSecsSinceEpoch()) / 1000.0;
-}
-
-} // namespace
-
 TimedRun::TimedRun(RunHost* host, QObject* parent, const QList<int>& windows)
     : QObject(parent), m_verbs(host), m_runWatch(new RunWatch(this)), m_ownSlots(windows)
 {
@@ -152,7 +143,7 @@ void TimedRun::goOnAt(int position)
     m_run.RunStart = 0;
     // The windows that show the run's pages again are the run's, as if it had opened them: the
     // run keys and a person's hold work there from the first moment.
-    const double now = nowSeconds();
+    const double now = Clock::epochSeconds();
     for (int slot = 1; slot <= kWindowSlots; ++slot) {
         if (inOtherWindows() && !m_ownSlots.contains(slot))
             continue;
@@ -252,14 +243,14 @@ void TimedRun::bringBackShownPage()
         return;
     EventLog::write(QStringLiteral("page brought back: window %1 %2").arg(slot).arg(m_pages.address(shown)));
     m_verbs->pool()->reloadInPlace(slot, m_pages.address(shown), m_pages.settingsAt(shown), m_run.secondsToNext());
-    m_pages.loaded(shown, slot, nowSeconds());
+    m_pages.loaded(shown, slot, Clock::epochSeconds());
 }
 
 void TimedRun::personActed(int slot)
 {
     if (!m_run.flags().running || !owns(slot) || !VantrelConf::flag(VantrelConf::kHandsOnPause))
         return;
-    m_lastInput = nowSeconds();
+    m_lastInput = Clock::epochSeconds();
     if (m_run.paused())
         return; // held already: by this person a moment ago, or on purpose
     if (!m_run.pause())
@@ -304,95 +295,6 @@ void TimedRun::armStep()
     m_stepTimer.start(int(std::ceil(m_run.secondsToNext() * 1000.0)));
 }
 
-void TimedRun::openRunPage(bool multi)
-{
-    if (inOtherWindows()) {
-        openInOwnSlot(multi);
-        return;
-    }
-    if (showKeptPage())
-        return;
-    const int position = m_run.RunPos;
-    WebForm1* pool = m_verbs->pool();
-    pool->RunNavigating = true;
-    pool->RunLook = m_pages.settingsAt(position);
-    pool->RunLookSeconds = shownFor(position);
-    m_verbs->NewBtnAction(multi, m_runCaller);
-    pool->RunNavigating = false;
-    const int slot = globals().WindowIndex;
-    const double now = nowSeconds();
-    m_kept.loaded(position, slot, now);
-    m_pages.loaded(position, slot, now);
-    if (slot >= 1 && slot <= kWindowSlots) {
-        m_slots.insert(slot);
-        pool->setRunKeys(slot, true);
-    }
-}
-
-void TimedRun::openInOwnSlot(bool multi)
-{
-    const int position = m_run.RunPos;
-    // Several windows: page after page round its windows; one window: always its first.
-    const int slot = multi ? m_ownSlots[position % m_ownSlots.size()] : m_ownSlots.first();
-    BrowserWindow* window = m_verbs->pool()->ie(slot);
-    const bool kept = m_kept.active() && window && m_pages.slotOf(position) == slot &&
-                      globals().WindowUrl[slot] == m_pages.address(position);
-    const double now = nowSeconds();
-    if (kept && !m_pages.reloadAsShown(position, now, VantrelConf::value(VantrelConf::kKeptReloadMinutes))) {
-        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(m_pages.address(position)));
-        window->setVisible(true); // up in its own place; the other runs' windows stay as they are
-        window->shownAgain();
-        return;
-    }
-    loadInto(slot, position);
-}
-
-void TimedRun::loadInto(int slot, int position)
-{
-    WebForm1* pool = m_verbs->pool();
-    pool->RunNavigating = true;
-    pool->RunLook = m_pages.settingsAt(position);
-    pool->RunLookSeconds = shownFor(position);
-    m_verbs->openPage(m_pages.address(position), QString(), OpenWhere::Slot, slot, Caller::Outside);
-    pool->RunNavigating = false;
-    const double now = nowSeconds();
-    m_kept.loaded(position, slot, now);
-    m_pages.loaded(position, slot, now);
-    m_slots.insert(slot);
-    pool->setRunKeys(slot, true);
-}
-
-bool TimedRun::showKeptPage()
-{
-    Globals& g = globals();
-    const int position = m_run.RunPos;
-    const int slot = m_kept.keptSlot(position, g.CurrentUrl, [](int s) { return globals().WindowUrl[s]; });
-    if (slot == 0)
-        return false;
-    const double now = nowSeconds();
-    WebForm1* pool = m_verbs->pool();
-    const bool reload = m_pages.reloadAsShown(position, now, VantrelConf::value(VantrelConf::kKeptReloadMinutes));
-    if (reload) {
-        g.WindowIndex = slot;
-        pool->RunNavigating = true;
-        pool->RunLook = m_pages.settingsAt(position);
-        pool->RunLookSeconds = shownFor(position);
-        pool->Form_LoadGo(slot); // loaded again in its own window
-        pool->RunNavigating = false;
-        m_kept.loaded(position, slot, now);
-        m_pages.loaded(position, slot, now);
-    } else {
-        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
-    }
-    pool->RunNavigating = true; // the kept window comes up before the others go
-    m_verbs->bringForward(slot);
-    pool->RunNavigating = false;
-    if (!reload)
-        if (BrowserWindow* window = pool->ie(slot))
-            window->shownAgain(); // its scroll starts at the top again
-    return true;
-}
-
 void TimedRun::tick()
 {
     const int before = m_run.RunPos;
@@ -401,7 +303,7 @@ void TimedRun::tick()
     const ListRun::Flags f = m_run.flags();
     m_runWatch->tick({f.running, f.name, f.interval, f.multi, f.loop});
     m_run.tick();
-    const double now = nowSeconds();
+    const double now = Clock::epochSeconds();
     const int shown = m_run.RunPos - 1;
     if (m_run.flags().running && !m_run.paused() && m_pages.reloadWhileShown(shown, now)) {
         // A live page is loaded again while it stays in view, as its own rule says.

@@ -15,10 +15,6 @@ QString window(int slot)
     return QStringLiteral("window %1").arg(slot);
 }
 
-double nowSeconds()
-{
-    return double(Clock::localNow().toMSecsSinceEpoch()) / 1000.0;
-}
 } // namespace
 
 WindowRecovery::WindowRecovery(QObject* parent) : QObject(parent)
@@ -126,7 +122,7 @@ void WindowRecovery::pageCrashed(int slot, const QString& url)
     applyPolicy(s);
     EventLog::write(QStringLiteral("crash: %1 %2").arg(window(slot), url));
     s.url = url;
-    const double delay = s.recovery.crashed(nowSeconds());
+    const double delay = s.recovery.crashed(Clock::epochSeconds());
     if (delay < 0) {
         s.due = QDateTime();
         EventLog::write(QStringLiteral("given up: %1 %2").arg(window(slot), url));

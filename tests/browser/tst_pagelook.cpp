@@ -243,7 +243,7 @@ private slots:
         // Settings of other lists' pages, and of none of this list's, change nothing of it.
         QList<QString> names{"Walls", "Other", "Other"}, titles{QString(), QString(), QString()},
             urls{QString(), QString(), m_server.url("/a.html")};
-        for (const QString& path : {"/a.html", "/b.html", "/live.html"}) {
+        for (const QString path : {"/a.html", "/b.html", "/live.html"}) {
             names << "Walls";
             titles << path;
             urls << m_server.url(path);

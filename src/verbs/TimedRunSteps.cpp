@@ -1,0 +1,99 @@
+// How a run's step shows its page: in a new window or the current one as the program's buttons
+// open pages, a kept window brought forward, or, for a run in other windows, in one of its own.
+#include "TimedRun.h"
+
+#include "WebForm1.h"
+#include "browser/BrowserWindow.h"
+#include "core/Clock.h"
+#include "core/Globals.h"
+#include "settings/VantrelConf.h"
+#include "watch/EventLog.h"
+
+void TimedRun::openRunPage(bool multi)
+{
+    if (inOtherWindows()) {
+        openInOwnSlot(multi);
+        return;
+    }
+    if (showKeptPage())
+        return;
+    const int position = m_run.RunPos;
+    WebForm1* pool = m_verbs->pool();
+    pool->RunNavigating = true;
+    pool->RunLook = m_pages.settingsAt(position);
+    pool->RunLookSeconds = shownFor(position);
+    m_verbs->NewBtnAction(multi, m_runCaller);
+    pool->RunNavigating = false;
+    const int slot = globals().WindowIndex;
+    const double now = Clock::epochSeconds();
+    m_kept.loaded(position, slot, now);
+    m_pages.loaded(position, slot, now);
+    if (slot >= 1 && slot <= kWindowSlots) {
+        m_slots.insert(slot);
+        pool->setRunKeys(slot, true);
+    }
+}
+
+void TimedRun::openInOwnSlot(bool multi)
+{
+    const int position = m_run.RunPos;
+    // Several windows: page after page round its windows; one window: always its first.
+    const int slot = multi ? m_ownSlots[position % m_ownSlots.size()] : m_ownSlots.first();
+    BrowserWindow* window = m_verbs->pool()->ie(slot);
+    const bool kept = m_kept.active() && window && m_pages.slotOf(position) == slot &&
+                      globals().WindowUrl[slot] == m_pages.address(position);
+    const double now = Clock::epochSeconds();
+    if (kept && !m_pages.reloadAsShown(position, now, VantrelConf::value(VantrelConf::kKeptReloadMinutes))) {
+        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(m_pages.address(position)));
+        window->setVisible(true); // up in its own place; the other runs' windows stay as they are
+        window->shownAgain();
+        return;
+    }
+    loadInto(slot, position);
+}
+
+void TimedRun::loadInto(int slot, int position)
+{
+    WebForm1* pool = m_verbs->pool();
+    pool->RunNavigating = true;
+    pool->RunLook = m_pages.settingsAt(position);
+    pool->RunLookSeconds = shownFor(position);
+    m_verbs->openPage(m_pages.address(position), QString(), OpenWhere::Slot, slot, Caller::Outside);
+    pool->RunNavigating = false;
+    const double now = Clock::epochSeconds();
+    m_kept.loaded(position, slot, now);
+    m_pages.loaded(position, slot, now);
+    m_slots.insert(slot);
+    pool->setRunKeys(slot, true);
+}
+
+bool TimedRun::showKeptPage()
+{
+    Globals& g = globals();
+    const int position = m_run.RunPos;
+    const int slot = m_kept.keptSlot(position, g.CurrentUrl, [](int s) { return globals().WindowUrl[s]; });
+    if (slot == 0)
+        return false;
+    const double now = Clock::epochSeconds();
+    WebForm1* pool = m_verbs->pool();
+    const bool reload = m_pages.reloadAsShown(position, now, VantrelConf::value(VantrelConf::kKeptReloadMinutes));
+    if (reload) {
+        g.WindowIndex = slot;
+        pool->RunNavigating = true;
+        pool->RunLook = m_pages.settingsAt(position);
+        pool->RunLookSeconds = shownFor(position);
+        pool->Form_LoadGo(slot); // loaded again in its own window
+        pool->RunNavigating = false;
+        m_kept.loaded(position, slot, now);
+        m_pages.loaded(position, slot, now);
+    } else {
+        EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
+    }
+    pool->RunNavigating = true; // the kept window comes up before the others go
+    m_verbs->bringForward(slot);
+    pool->RunNavigating = false;
+    if (!reload)
+        if (BrowserWindow* window = pool->ie(slot))
+            window->shownAgain(); // its scroll starts at the top again
+    return true;
+}
