@@ -31,14 +31,6 @@ ListRun::PageRule RunPages::ruleAt(int position) const
     return {s.seconds, s.skip};
 }
 
-bool RunPages::anySettings() const
-{
-    for (const Page& page : m_pages)
-        if (!page.settings.isEmpty())
-            return true;
-    return false;
-}
-
 void RunPages::loaded(int position, int slot, double now)
 {
     if (position < 0 || position >= count())

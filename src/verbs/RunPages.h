@@ -17,8 +17,6 @@ public:
     QString address(int position) const;
     PageSettings settingsAt(int position) const;
     ListRun::PageRule ruleAt(int position) const;
-    // Whether any page has settings of its own: a run without any goes exactly as it always went.
-    bool anySettings() const;
 
     // Page `position` was loaded into `slot` at `now` (seconds).
     void loaded(int position, int slot, double now);
