@@ -69,6 +69,14 @@ public:
         Q_UNUSED(look)
         Q_UNUSED(shownSeconds)
     }
+    // The page a run shows next in this window, loaded ahead beneath the page shown, at `look`'s
+    // zoom: when navigateWhenReady() asks for that address, it comes up at once, and its events come
+    // then, as if it had loaded at that moment. Nothing happens where no page is shown yet.
+    virtual void loadAhead(const QString& address, const PageSettings& look)
+    {
+        Q_UNUSED(address)
+        Q_UNUSED(look)
+    }
     // The page comes into view again (a kept window brought forward): its scroll starts afresh.
     virtual void shownAgain() {}
     // The window belongs to a running list: it takes the run keys (runKeyPressed) instead of its page.

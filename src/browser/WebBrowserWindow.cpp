@@ -39,29 +39,43 @@ WebBrowserWindow::WebBrowserWindow(QObject* parent)
 
 void WebBrowserWindow::attachPage(BrowserPage* page)
 {
-    connect(page, &BrowserPage::navigationRequested, this,
-            [this](const QUrl& url, bool) { emit beforeNavigate(url.toString()); });
-    connect(page, &BrowserPage::frameReported, this, &WebBrowserWindow::onFrameReport);
-    connect(page, &QWebEnginePage::loadStarted, this, [this] {
-        ++m_loadNumber;
-        m_topCompleted = false;
+    // Each event goes through deliver(): a page loaded ahead of a run's step keeps its events
+    // until the step takes it.
+    connect(page, &BrowserPage::navigationRequested, this, [this, page](const QUrl& url, bool) {
+        deliver(page, [this, url] { emit beforeNavigate(url.toString()); });
     });
-    connect(page, &QWebEnginePage::loadFinished, this, &WebBrowserWindow::onLoadFinished);
-    connect(page, &QWebEnginePage::titleChanged, this, &WebBrowserWindow::onTitleChanged);
-    connect(page, &QWebEnginePage::loadingChanged, this, &WebBrowserWindow::onLoadingChanged);
+    connect(page, &BrowserPage::frameReported, this, [this, page](const FrameReport::Report& report) {
+        deliver(page, [this, report] { onFrameReport(report); });
+    });
+    connect(page, &QWebEnginePage::loadStarted, this, [this, page] {
+        deliver(page, [this] {
+            ++m_loadNumber;
+            m_topCompleted = false;
+        });
+    });
+    connect(page, &QWebEnginePage::loadFinished, this, [this, page] { deliver(page, [this] { onLoadFinished(); }); });
+    connect(page, &QWebEnginePage::titleChanged, this, [this, page] { deliver(page, [this] { onTitleChanged(); }); });
+    connect(page, &QWebEnginePage::loadingChanged, this, [this, page](const QWebEngineLoadingInfo& info) {
+        deliver(page, [this, info] { onLoadingChanged(info); });
+    });
     connect(page, &QWebEnginePage::renderProcessTerminated, this,
-            [this](QWebEnginePage::RenderProcessTerminationStatus status, int) {
+            [this, page](QWebEnginePage::RenderProcessTerminationStatus status, int) {
                 if (status != QWebEnginePage::NormalTerminationStatus)
-                    emit pageCrashed(m_page->url().toString());
+                    deliver(page, [this] { emit pageCrashed(m_page->url().toString()); });
             });
-    connect(page, &QWebEnginePage::newWindowRequested, this, [this](QWebEngineNewWindowRequest& request) {
+    connect(page, &QWebEnginePage::newWindowRequested, this, [this, page](QWebEngineNewWindowRequest& request) {
         // Not opened here: the pool opens it like any other page, in a slot of its own.
-        emit newWindowRequested(request.requestedUrl().toString(), request.isUserInitiated());
+        deliver(page, [this, url = request.requestedUrl().toString(), user = request.isUserInitiated()] {
+            emit newWindowRequested(url, user);
+        });
     });
 }
 
 void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
 {
+    if (takeAhead(address, timeoutMs))
+        return; // loaded ahead: it comes up now, or as soon as it has loaded
+    settleAhead();
     if (!m_frame || m_page->url().isEmpty() || m_frame->isShowingCrash()) {
         navigate(address); // nothing shown yet that could stand in while the page loads
         return;
@@ -84,7 +98,7 @@ void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
     // as it has come.
     BrowserPage* staged = m_page;
     connect(m_page, &QWebEnginePage::loadFinished, this, [this, staging, staged] {
-        fitThen(staged, [this, staging] {
+        fitThen(staged, m_look, [this, staging] {
             if (m_frame)
                 m_frame->whenStagedPageDrawn([this, staging] { showStagedPage(staging); });
         });
@@ -107,7 +121,7 @@ void WebBrowserWindow::navigateThenShow(const QString& address, int timeoutMs)
     };
     // Loaded and drawn at its size (and its zoom) off the screen, it comes up whole.
     connect(m_page, &QWebEnginePage::loadFinished, this, [this, bringUp] {
-        fitThen(m_page, [this, bringUp] {
+        fitThen(m_page, m_look, [this, bringUp] {
             startScroll();
             if (m_frame)
                 m_frame->whenPageDrawn(bringUp);
@@ -170,9 +184,9 @@ void WebBrowserWindow::zoomBeforeLoad(BrowserPage* page)
     }
 }
 
-void WebBrowserWindow::fitThen(BrowserPage* page, std::function<void()> then)
+void WebBrowserWindow::fitThen(BrowserPage* page, const PageSettings& look, std::function<void()> then)
 {
-    if (m_look.zoom != PageSettings::kFitWidth) {
+    if (look.zoom != PageSettings::kFitWidth) {
         then();
         return;
     }
@@ -206,6 +220,7 @@ void WebBrowserWindow::showStagedPage(quint64 staging)
     if (old && old != m_page)
         old->deleteLater();
     m_shownPage = nullptr;
+    aheadShown();
     startScroll();
 }
 
@@ -243,6 +258,7 @@ bool WebBrowserWindow::theaterMode() const
 
 void WebBrowserWindow::navigate(const QString& address)
 {
+    settleAhead(); // the window goes elsewhere than the run planned
     zoomBeforeLoad(m_page);
     m_lookPending = m_look.zoom == PageSettings::kFitWidth || m_look.scroll != PageSettings::Scroll::None;
     m_page->load(QUrl::fromUserInput(address));
@@ -311,7 +327,7 @@ void WebBrowserWindow::onFrameReport(const FrameReport::Report& report)
 void WebBrowserWindow::onLoadFinished()
 {
     if (std::exchange(m_lookPending, false))
-        fitThen(m_page, [this] { startScroll(); });
+        fitThen(m_page, m_look, [this] { startScroll(); });
     const quint64 load = m_loadNumber;
     QTimer::singleShot(kReportGraceMs, this, [this, load] {
         if (load != m_loadNumber || m_topCompleted)

@@ -7,6 +7,7 @@
 #include <QUrl>
 
 #include <functional>
+#include <memory>
 
 class BrowserPage;
 class InputWatch;
@@ -39,12 +40,38 @@ public:
     void setPageLook(const PageSettings& look, double shownSeconds) override;
     void shownAgain() override;
     void setRunKeys(bool on) override;
+    void loadAhead(const QString& address, const PageSettings& look) override;
 
     BrowserFrame* frame() const { return m_frame; }
     BrowserPage* page() const { return m_page; }
 
 private:
+    // A run's next page loaded ahead beneath the shown one, its events held on a tape until the
+    // run's step takes it.
+    struct Ahead
+    {
+        BrowserPage* page = nullptr;
+        QString address;
+        quint64 number = 0;
+        bool drawn = false;   // loaded, at its zoom, and drawn beneath the shown page
+        bool taken = false;   // the step took it: it comes up once drawn
+        bool played = false;  // its tape was played: its events go out as they come
+        bool shown = false;   // up in the window
+        quint64 staging = 0;  // the staging it became when taken
+        QList<std::function<void()>> tape;
+    };
+
     void attachPage(BrowserPage* page);
+    // Reports the page's event now, or holds it on the tape while its page is loaded ahead.
+    void deliver(BrowserPage* from, std::function<void()> event);
+    // The page loaded ahead for `address` becomes the window's page; false when there is none.
+    bool takeAhead(const QString& address, int timeoutMs);
+    // A page loaded ahead and not taken goes; one taken has its events told, and is the window's.
+    void settleAhead();
+    void dropAhead();
+    void aheadDrawn(quint64 number);
+    void aheadShown();
+    void playTape();
     void showStagedPage(quint64 staging);
     void onFrameReport(const FrameReport::Report& report);
     void onLoadFinished();
@@ -52,7 +79,7 @@ private:
     void onLoadingChanged(const QWebEngineLoadingInfo& info);
     // The look's zoom on a page about to load; a fit to the width once it has loaded, then `then`.
     void zoomBeforeLoad(BrowserPage* page);
-    void fitThen(BrowserPage* page, std::function<void()> then);
+    void fitThen(BrowserPage* page, const PageSettings& look, std::function<void()> then);
     void startScroll();
 
     QPointer<BrowserFrame> m_frame;
@@ -70,4 +97,6 @@ private:
     double m_lookSeconds = 0;
     bool m_lookPending = false;  // the page loading now is to get the look once loaded
     bool m_zoomedByLook = false; // the zoom is the look's, not the person's own
+    std::unique_ptr<Ahead> m_ahead;
+    quint64 m_aheadNumber = 0;
 };

@@ -90,6 +90,17 @@ void ListRun::open()
         RunStart = Clock::secondsSinceMidnight();
 }
 
+int ListRun::upcoming() const
+{
+    const Flags f = flags();
+    if (!f.running || RunPos == 0)
+        return -1;
+    int position = shownFrom(RunPos);
+    if (position >= RunCount() && f.loop && ruleAt(RunPos - 1).seconds > 0)
+        position = shownFrom(0); // goes round at the moment, as tick() does
+    return position < RunCount() ? position : -1;
+}
+
 double ListRun::shownFor() const
 {
     const int own = RunPos > 0 ? ruleAt(RunPos - 1).seconds : 0;

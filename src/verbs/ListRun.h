@@ -68,6 +68,9 @@ public:
     bool paused() const { return m_paused; }
     // The seconds until the next step, as the clock reads now (the held time while paused).
     double secondsToNext() const;
+    // The position whose page the next step opens, as the run stands now; -1 when the step ends
+    // the run or goes round at a tick of its own.
+    int upcoming() const;
     // How long the page shown now stays: its own time, or the run's interval.
     double shownFor() const;
 

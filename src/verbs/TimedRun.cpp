@@ -26,6 +26,8 @@ TimedRun::TimedRun(RunHost* host, QObject* parent, const QList<int>& windows)
     m_stepTimer.setSingleShot(true);
     m_stepTimer.setTimerType(Qt::PreciseTimer);
     connect(&m_stepTimer, &QTimer::timeout, this, &TimedRun::tick);
+    m_aheadTimer.setSingleShot(true);
+    connect(&m_aheadTimer, &QTimer::timeout, this, &TimedRun::loadAhead);
 }
 
 QStringList TimedRun::runAddresses(const QList<ListPageState>& pages, bool* overflow)
@@ -180,6 +182,7 @@ void TimedRun::releaseSlots()
     m_slots.clear();
     m_handsOn = false;
     m_stepTimer.stop();
+    m_aheadTimer.stop();
 }
 
 VerbResult TimedRun::next()
@@ -213,6 +216,7 @@ VerbResult TimedRun::pause()
     m_handsOn = false; // held on purpose: only Resume goes on
     if (m_run.pause()) {
         m_stepTimer.stop();
+        m_aheadTimer.stop();
         m_addressAtHold = m_verbs->windowAddress(shownSlot());
         EventLog::write(QStringLiteral("run paused: %1 at page %2").arg(m_run.flags().name).arg(m_run.RunPos));
         emit changed();
@@ -257,6 +261,7 @@ void TimedRun::personActed(int slot)
         return;
     m_handsOn = true;
     m_stepTimer.stop();
+    m_aheadTimer.stop();
     m_addressAtHold = m_verbs->windowAddress(shownSlot());
     EventLog::write(QStringLiteral("run paused: someone uses window %1 (%2 at page %3)")
                         .arg(slot)
@@ -288,11 +293,14 @@ void TimedRun::runKey(int slot, RunKey key)
 void TimedRun::armStep()
 {
     m_stepTimer.stop();
+    m_aheadTimer.stop();
     if (!m_run.flags().running || m_run.paused() || m_run.RunPos == 0 || m_run.RunStart == 0)
         return;
     if (m_pages.ruleAt(m_run.RunPos - 1).seconds <= 0)
         return; // the run's interval is waited out at the ticks, as it always was
-    m_stepTimer.start(int(std::ceil(m_run.secondsToNext() * 1000.0)));
+    const int msToStep = int(std::ceil(m_run.secondsToNext() * 1000.0));
+    m_stepTimer.start(msToStep);
+    armLoadAhead(msToStep);
 }
 
 void TimedRun::tick()

@@ -110,6 +110,13 @@ private:
     void openRunPage(bool multi);
     // The page's time kept to the moment: the step is due at a precise instant, not at a tick.
     void armStep();
+    // With pages shown only once loaded, the next page loads ahead, beneath the page shown, in the
+    // window it is to come up in, so that it is in view at its moment: armed `msToStep` before it.
+    void armLoadAhead(int msToStep);
+    void loadAhead();
+    // The window the page at `position` comes up in at the next step, when it shows a page already
+    // and is known beforehand; 0 otherwise.
+    int upcomingSlot(int position) const;
     // A page the person took elsewhere while the run was held comes back as the run goes on.
     void bringBackShownPage();
     void releaseSlots();
@@ -131,6 +138,8 @@ private:
     RunPages m_pages;
     QList<int> m_ownSlots; // a run in other windows: its windows, in the order it uses them
     QTimer m_stepTimer;
+    QTimer m_aheadTimer;
+    double m_aheadFor = -1; // the wait (its start) whose next page was loaded ahead
     QSet<int> m_slots;       // the windows the run showed its pages in
     bool m_handsOn = false;  // held because a person uses a window of the run
     double m_lastInput = 0;  // when they last did, in seconds

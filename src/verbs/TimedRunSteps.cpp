@@ -97,3 +97,43 @@ bool TimedRun::showKeptPage()
             window->shownAgain(); // its scroll starts at the top again
     return true;
 }
+
+namespace {
+// How long before its step the next page starts to load, at most: time for most pages to load
+// and be drawn, and never more than half the time of the page shown.
+constexpr int kLoadAheadMs = 3000;
+} // namespace
+
+void TimedRun::armLoadAhead(int msToStep)
+{
+    if (!VantrelConf::flag(VantrelConf::kShowWhenLoaded) || m_kept.active())
+        return; // kept pages are loaded ahead by being kept
+    if (m_aheadFor == m_run.RunStart)
+        return; // once a step: the ticks that arm the step again leave the page loading
+    m_aheadTimer.start(std::max(0, msToStep - std::min(kLoadAheadMs, msToStep / 2)));
+}
+
+void TimedRun::loadAhead()
+{
+    if (!m_run.flags().running || m_run.paused())
+        return;
+    m_aheadFor = m_run.RunStart;
+    const int position = m_run.upcoming();
+    if (position < 0)
+        return;
+    if (const int slot = upcomingSlot(position))
+        m_verbs->pool()->loadAhead(slot, m_pages.address(position), m_pages.settingsAt(position));
+}
+
+int TimedRun::upcomingSlot(int position) const
+{
+    const Globals& g = globals();
+    int slot = 0;
+    if (inOtherWindows())
+        slot = m_run.flags().multi ? m_ownSlots[position % m_ownSlots.size()] : m_ownSlots.first();
+    else if (!m_run.flags().multi && g.WindowIndex != 0 && g.WindowCount < kWindowSlots)
+        slot = g.NextRunItem; // a one-window run keeps to its own window
+    // Several windows of the run dialog's run: which one comes next is the pool's to say, at the
+    // step; nothing is loaded ahead there.
+    return slot >= 1 && slot <= kWindowSlots && !g.WindowUrl[slot].isEmpty() ? slot : 0;
+}

@@ -129,6 +129,12 @@ void WebForm1::reloadInPlace(int slot, const QString& address, const PageSetting
     m_recovery->sentTo(slot, address);
 }
 
+void WebForm1::loadAhead(int slot, const QString& address, const PageSettings& look)
+{
+    if (BrowserWindow* window = ie(slot))
+        window->loadAhead(address, look);
+}
+
 void WebForm1::setRunKeys(int slot, bool on)
 {
     if (BrowserWindow* window = ie(slot))

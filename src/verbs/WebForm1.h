@@ -59,6 +59,9 @@ public:
     void reloadInPlace(int slot, const QString& address, const PageSettings& look, double shownSeconds);
     // The slot's window takes the run keys, or gives them back to its pages.
     void setRunKeys(int slot, bool on);
+    // A run's next page loaded ahead beneath the page the slot's window shows, to come up at once
+    // at its step (when pages are shown only once loaded).
+    void loadAhead(int slot, const QString& address, const PageSettings& look);
 
 signals:
     // A document of the slot's window completed: the history records CurrentUrl and CurrentTitle.

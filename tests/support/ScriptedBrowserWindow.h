@@ -35,6 +35,11 @@ public:
     }
     void shownAgain() override { calls.append(QStringLiteral("shown again")); }
     void setRunKeys(bool on) override { runKeys = on; }
+    void loadAhead(const QString& address, const PageSettings& look) override
+    {
+        loadedAhead.append(address);
+        lookAhead = look;
+    }
 
     // A page load: navigation begins, the document is created, the title arrives (when given),
     // each sub-frame completes and then the page itself.
@@ -52,6 +57,8 @@ public:
     PageSettings look; // the look of the pages it loads now
     double lookSeconds = 0;
     bool runKeys = false;
+    QStringList loadedAhead; // the pages asked to load ahead of a step, in order
+    PageSettings lookAhead;
 
 private:
     bool m_visible = false;

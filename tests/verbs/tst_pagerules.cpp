@@ -8,6 +8,7 @@
 #include <QFile>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 class TestPageRules : public QObject
 {
@@ -85,6 +86,63 @@ private slots:
         // business: bench_pagetiming.)
         QTRY_COMPARE_WITH_TIMEOUT(window(1)->navigations.size(), 2, 15000);
         QVERIFY2(timer.elapsed() >= 4990, qPrintable(QString::number(timer.elapsed())));
+    }
+
+    // The real clock, with the program's ticks every 0.6 s, until the run shows `pages` pages.
+    void runWithTicksUntil(qsizetype pages, int slot = 1)
+    {
+        QTimer ticks;
+        connect(&ticks, &QTimer::timeout, h->verbs.get(), [this] { h->verbs->tick(); });
+        ticks.start(600);
+        QTRY_COMPARE_WITH_TIMEOUT(window(slot)->navigations.size(), pages, 15000);
+    }
+
+    void theNextPageLoadsAheadOfItsStepOnceInTheWindowItComesUpIn()
+    {
+        Clock::setInstance(nullptr);
+        PageSettings zoomed = seconds(5);
+        zoomed.zoom = 150;
+        set("https://one.example/", seconds(5));
+        set("https://two.example/", zoomed);
+        QVERIFY(h->verbs->runList(walls()).ok());
+        h->verbs->tick();
+        QElapsedTimer timer;
+        timer.start();
+        // Ahead of the step, in the run's window, with its zoom: half the page's time before it,
+        // once, though the ticks arm the step again meanwhile.
+        QTRY_COMPARE_WITH_TIMEOUT(window(1)->loadedAhead, QStringList{"https://two.example/"}, 4000);
+        QVERIFY2(timer.elapsed() >= 2400, qPrintable(QString::number(timer.elapsed())));
+        QCOMPARE(window(1)->navigations.size(), 1);
+        QCOMPARE(window(1)->lookAhead.zoom, 150);
+        runWithTicksUntil(2);
+        QCOMPARE(window(1)->loadedAhead, QStringList{"https://two.example/"});
+        QCOMPARE(window(1)->navigations.last(), QStringLiteral("https://two.example/"));
+        QCOMPARE(window(1)->calls.filter("when ready").size(), 1); // taken as a page shown once loaded
+    }
+
+    void noPageLoadsAheadWherePagesAreShownAsTheyLoadOrKeptOrTheWindowIsNotKnown()
+    {
+        Clock::setInstance(nullptr);
+        set("https://one.example/", seconds(5));
+        // Shown as they load: nothing to hide the load behind.
+        VantrelConf::setValue(VantrelConf::kShowWhenLoaded, 0);
+        QVERIFY(h->verbs->runList(walls()).ok());
+        h->verbs->tick();
+        runWithTicksUntil(2);
+        QVERIFY(window(1)->loadedAhead.isEmpty());
+        h->verbs->stopRun();
+        VantrelConf::setValue(VantrelConf::kShowWhenLoaded, 1);
+        // Several windows of the run dialog's run: the pool picks the window at the step.
+        QVERIFY(h->verbs->runList(walls(true)).ok());
+        h->verbs->tick();
+        QTRY_VERIFY_WITH_TIMEOUT(window(2) && !window(2)->navigations.isEmpty(), 8000);
+        for (ScriptedBrowserWindow* w : std::as_const(h->created))
+            QVERIFY(w->loadedAhead.isEmpty());
+        // A run in windows of its own knows its next window: it loads there.
+        h->verbs->stopRun();
+        QVERIFY(h->verbs->runInOtherWindows(walls(false, true), {1}).ok());
+        h->verbs->tick();
+        QTRY_COMPARE_WITH_TIMEOUT(window(1)->loadedAhead.size(), 1, 5000);
     }
 
     void aLoopGoesRoundAtTheMomentItsLastPagesOwnTimeEnds()
