@@ -26,7 +26,6 @@ void TimedRun::openRunPage(bool multi)
     pool->RunNavigating = false;
     const int slot = globals().WindowIndex;
     const double now = Clock::epochSeconds();
-    m_kept.loaded(position, slot, now);
     m_pages.loaded(position, slot, now);
     if (slot >= 1 && slot <= kWindowSlots) {
         m_slots.insert(slot);
@@ -61,7 +60,6 @@ void TimedRun::loadInto(int slot, int position)
     m_verbs->openPage(m_pages.address(position), QString(), OpenWhere::Slot, slot, Caller::Outside);
     pool->RunNavigating = false;
     const double now = Clock::epochSeconds();
-    m_kept.loaded(position, slot, now);
     m_pages.loaded(position, slot, now);
     m_slots.insert(slot);
     pool->setRunKeys(slot, true);
@@ -71,7 +69,9 @@ bool TimedRun::showKeptPage()
 {
     Globals& g = globals();
     const int position = m_run.RunPos;
-    const int slot = m_kept.keptSlot(position, g.CurrentUrl, [](int s) { return globals().WindowUrl[s]; });
+    const int slot = m_kept.keptSlot(
+        position, g.CurrentUrl, [this](int p) { return m_pages.slotOf(p); },
+        [](int s) { return globals().WindowUrl[s]; });
     if (slot == 0)
         return false;
     const double now = Clock::epochSeconds();
@@ -84,8 +84,7 @@ bool TimedRun::showKeptPage()
         pool->RunLookSeconds = shownFor(position);
         pool->Form_LoadGo(slot); // loaded again in its own window
         pool->RunNavigating = false;
-        m_kept.loaded(position, slot, now);
-        m_pages.loaded(position, slot, now);
+            m_pages.loaded(position, slot, now);
     } else {
         EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
     }

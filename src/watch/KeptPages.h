@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QList>
 #include <QString>
 
 #include <functional>
@@ -20,19 +19,13 @@ public:
     bool active() const { return m_active; }
 
     // The slot that still shows page `position` (`url`) in a window of its own, or 0 when the page
-    // has to be loaded. `slotUrl` tells what a slot shows now ("" for a free slot).
-    int keptSlot(int position, const QString& url, const std::function<QString(int slot)>& slotUrl) const;
-    // Page `position` was loaded into `slot` at `now` (seconds).
-    void loaded(int position, int slot, double now);
-    // Whether a kept page was loaded `reloadSeconds` or more ago (never when it is 0).
-    bool reloadDue(int position, double now, double reloadSeconds) const;
+    // has to be loaded. `slotOf` tells where the run loaded a page last (0: not yet), `slotUrl` what
+    // a slot shows now ("" for a free slot). When a kept page is loaded again is the page's own
+    // rule's business (the run's pages know when each was loaded).
+    int keptSlot(int position, const QString& url, const std::function<int(int position)>& slotOf,
+                 const std::function<QString(int slot)>& slotUrl) const;
 
 private:
-    struct Page
-    {
-        int slot = 0;
-        double loadedAt = 0;
-    };
     bool m_active = false;
-    QList<Page> m_pages;
+    int m_count = 0;
 };
