@@ -38,7 +38,7 @@ void WebBrowserWindow::loadAhead(const QString& address, const PageSettings& loo
     if (const double zoom = PageLook::fixedZoom(look); zoom > 0)
         page->setZoomFactor(zoom);
     connect(page, &QWebEnginePage::loadFinished, this, [this, page, look, number] {
-        fitThen(page, look, [this, number] {
+        readyThen(page, look, [this, number] {
             if (m_frame && m_ahead && m_ahead->number == number)
                 m_frame->whenStagedPageDrawn([this, number] { aheadDrawn(number); });
         });

@@ -17,6 +17,11 @@ double fixedZoom(const PageSettings& look)
     return look.zoom > 0 ? std::clamp(look.zoom / 100.0, kMinFactor, kMaxFactor) : 0.0;
 }
 
+QString contentProbe()
+{
+    return QStringLiteral("performance.getEntriesByName('first-contentful-paint').length > 0");
+}
+
 QString widthProbe()
 {
     return QStringLiteral("[Math.max(document.documentElement.scrollWidth, document.body ? "

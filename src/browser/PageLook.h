@@ -11,6 +11,9 @@ namespace PageLook {
 // The zoom factor of a fixed zoom; 0 for none or "fit the width" (measured once the page loaded).
 double fixedZoom(const PageSettings& look);
 
+// Whether the page has drawn anything of its own yet (text, an image, a canvas): a page made by
+// its scripts is an empty shell when its load ends, until they have fetched and drawn its content.
+QString contentProbe();
 // Gives back [the page's width, the window's width] in CSS pixels, for fitting one to the other.
 QString widthProbe();
 // The zoom that fits a page `pageWidth` wide into `viewWidth` at the zoom `current`, in the

@@ -18,6 +18,10 @@ namespace {
 // How long after the engine's load end the top frame's own report may still arrive. Pages where
 // no script runs (error pages, PDF documents) never send one; the load end stands in for them.
 constexpr int kReportGraceMs = 300;
+// How long a loaded page that has drawn nothing of its own yet is waited for before it comes up
+// all the same (a page of nothing but colours never draws "content"), and how often it is asked.
+constexpr int kLongestContentWaitMs = 2000;
+constexpr int kContentPollMs = 20;
 } // namespace
 
 WebBrowserWindow::WebBrowserWindow(QObject* parent)
@@ -98,7 +102,7 @@ void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
     // as it has come.
     BrowserPage* staged = m_page;
     connect(m_page, &QWebEnginePage::loadFinished, this, [this, staging, staged] {
-        fitThen(staged, m_look, [this, staging] {
+        readyThen(staged, m_look, [this, staging] {
             if (m_frame)
                 m_frame->whenStagedPageDrawn([this, staging] { showStagedPage(staging); });
         });
@@ -121,7 +125,7 @@ void WebBrowserWindow::navigateThenShow(const QString& address, int timeoutMs)
     };
     // Loaded and drawn at its size (and its zoom) off the screen, it comes up whole.
     connect(m_page, &QWebEnginePage::loadFinished, this, [this, bringUp] {
-        fitThen(m_page, m_look, [this, bringUp] {
+        readyThen(m_page, m_look, [this, bringUp] {
             startScroll();
             if (m_frame)
                 m_frame->whenPageDrawn(bringUp);
@@ -202,6 +206,35 @@ void WebBrowserWindow::fitThen(BrowserPage* page, const PageSettings& look, std:
                                 m_zoomedByLook = true;
                             }
                             then();
+                        });
+}
+
+void WebBrowserWindow::readyThen(BrowserPage* page, const PageSettings& look, std::function<void()> then)
+{
+    pollContent(page, QDeadlineTimer(kLongestContentWaitMs),
+                [this, guard = QPointer<BrowserPage>(page), look, then = std::move(then)]() mutable {
+                    if (guard)
+                        fitThen(guard, look, std::move(then));
+                });
+}
+
+void WebBrowserWindow::pollContent(const QPointer<BrowserPage>& page, const QDeadlineTimer& until,
+                                   std::function<void()> then)
+{
+    if (!page)
+        return; // the page went, and what waited for it with it
+    page->runJavaScript(PageLook::contentProbe(), QWebEngineScript::ApplicationWorld,
+                        [this, page, until, then = std::move(then)](const QVariant& drawn) mutable {
+                            if (!page)
+                                return;
+                            if (drawn.toBool() || until.hasExpired()) {
+                                then();
+                                return;
+                            }
+                            QTimer::singleShot(kContentPollMs, this,
+                                               [this, page, until, then = std::move(then)]() mutable {
+                                                   pollContent(page, until, std::move(then));
+                                               });
                         });
 }
 

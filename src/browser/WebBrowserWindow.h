@@ -3,6 +3,7 @@
 #include "BrowserFrame.h"
 #include "BrowserWindow.h"
 
+#include <QDeadlineTimer>
 #include <QPointer>
 #include <QUrl>
 
@@ -80,6 +81,10 @@ private:
     // The look's zoom on a page about to load; a fit to the width once it has loaded, then `then`.
     void zoomBeforeLoad(BrowserPage* page);
     void fitThen(BrowserPage* page, const PageSettings& look, std::function<void()> then);
+    // A loaded page that is to come up whole: once it has drawn content of its own (or a while
+    // passed), fitted to the look, then `then`.
+    void readyThen(BrowserPage* page, const PageSettings& look, std::function<void()> then);
+    void pollContent(const QPointer<BrowserPage>& page, const QDeadlineTimer& until, std::function<void()> then);
     void startScroll();
 
     QPointer<BrowserFrame> m_frame;
