@@ -167,9 +167,12 @@ VerbResult TimedRun::stop()
         f.multi = false;
         return VerbResult::failed(VerbResult::NotRunning);
     }
+    const int front = shownSlot();
     m_run.stop();
     f.loop = false;
     f.multi = false;
+    if (m_kept.active() && !inOtherWindows())
+        m_verbs->pool()->hideBeneath(m_slots, front); // as after any bringing forward: one in view
     releaseSlots();
     emit changed();
     return VerbResult::done();

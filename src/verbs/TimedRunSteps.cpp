@@ -89,8 +89,11 @@ bool TimedRun::showKeptPage()
         EventLog::write(QStringLiteral("page brought forward: window %1 %2").arg(slot).arg(g.CurrentUrl));
     }
     pool->RunNavigating = true; // the kept window comes up before the others go
+    if (g.OptTheater)
+        pool->RunKeptBeneath = m_slots; // full screen, the others wait beneath it, drawn
     m_verbs->bringForward(slot);
     pool->RunNavigating = false;
+    pool->RunKeptBeneath.clear();
     if (!reload)
         if (BrowserWindow* window = pool->ie(slot))
             window->shownAgain(); // its scroll starts at the top again

@@ -147,7 +147,7 @@ void WebForm1::SelectieWindow(int slot, const QSet<int>& spare)
     // shows between them.
     const quint64 turn = ++m_bringing;
     if (RunNavigating && isSlot(slot) && m_ie[size_t(slot)]) {
-        m_ie[size_t(slot)]->comeUp([this, turn, slot, spare] {
+        m_ie[size_t(slot)]->comeUp([this, turn, slot, spare = spare + RunKeptBeneath] {
             if (turn == m_bringing)
                 hideAllBut(slot, spare);
         });
@@ -156,6 +156,14 @@ void WebForm1::SelectieWindow(int slot, const QSet<int>& spare)
     hideAllBut(0, spare);
     if (isSlot(slot) && m_ie[size_t(slot)])
         m_ie[size_t(slot)]->setVisible(true);
+}
+
+void WebForm1::hideBeneath(const QSet<int>& windows, int front)
+{
+    ++m_bringing; // a window still coming forward hides nothing after this
+    for (int s : windows)
+        if (s != front && isSlot(s) && m_slotOpen[size_t(s)] && m_ie[size_t(s)])
+            m_ie[size_t(s)]->setVisible(false);
 }
 
 void WebForm1::hideAllBut(int slot, const QSet<int>& spare)

@@ -53,6 +53,12 @@ public:
     // With it, how the run's page is shown (its page settings) and for how long.
     PageSettings RunLook;
     double RunLookSeconds = 0;
+    // Set by a run that keeps its pages loaded, around bringing one forward in theater view: its
+    // other windows stay on the screen beneath the front one instead of going out of view, so that
+    // each comes forward by being raised, drawn all along.
+    QSet<int> RunKeptBeneath;
+    // The run's windows that stayed beneath go out of view now, all but `front`.
+    void hideBeneath(const QSet<int>& windows, int front);
 
     // Loads the slot's page again where it stands, its window kept as the current one and its
     // page in view until the new one has loaded.

@@ -2,6 +2,9 @@
 #include "settings/VantrelConf.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserPage.h"
+#include "core/Clock.h"
+#include "verbs/ListsModel.h"
+#include "verbs/Verbs.h"
 #include "history/HistoryPanel.h"
 #include "widgets/KeyedTree.h"
 
@@ -138,6 +141,68 @@ private slots:
         QVERIFY(window(1)->frame()->isVisible());
         QVERIFY(!window(1)->frame()->isOffScreen());
         QVERIFY(!secondGoneBeforeFirstUp);
+    }
+    void aPageThatDrawsItselfAfterItsLoadComesUpOnceDrawn()
+    {
+        // An application's shell: empty when its load ends, drawn by its script a while later.
+        m_server.setPage("/shell.html", "<html><head><title>Shell</title></head><body><div id='app'></div><script>"
+                                        "addEventListener('load', function () { setTimeout(function () {"
+                                        " document.getElementById('app').textContent = 'Drawn'; }, 900); });"
+                                        "</script></body></html>");
+        QCOMPARE(openAndWait(m_server.url("/first.html")).size(), 1);
+        const qsizetype before = m_completed.size();
+        runStepTo(m_server.url("/shell.html"));
+        QTRY_VERIFY_WITH_TIMEOUT(m_completed.size() > before, 10000); // loaded, not drawn yet
+        QTest::qWait(300);
+        QCOMPARE(shownUrl(), m_server.url("/first.html"));
+        QTRY_COMPARE_WITH_TIMEOUT(shownUrl(), m_server.url("/shell.html"), 5000);
+        QString text;
+        window(1)->frame()->view()->page()->runJavaScript("document.getElementById('app').textContent",
+                                                          [&](const QVariant& v) { text = v.toString(); });
+        QTRY_COMPARE(text, QStringLiteral("Drawn"));
+    }
+    // A looping run of /first.html and /second.html over two windows that keeps its pages, in
+    // theater view or not, until window 1 has been brought forward again.
+    void runKeptRoundOnce(bool theater, ManualClock& clock)
+    {
+        g.OptTheater = theater;
+        QList<QString> names{"Kept", "Kept", "Kept"}, titles{QString(), "1", "2"},
+            urls{QString(), m_server.url("/first.html"), m_server.url("/second.html")};
+        Verbs* verbs = m_main->verbs();
+        verbs->lists()->load({names, titles, urls}, int(names.size()));
+        QVERIFY(verbs->runList({"Kept", 30, true, true, true}, Caller::Outside).ok());
+        verbs->tick();
+        QTRY_VERIFY_WITH_TIMEOUT(window(1) && window(1)->isVisible() && !window(1)->frame()->isOffScreen(), 10000);
+        clock.advanceSeconds(31);
+        verbs->tick();
+        QTRY_VERIFY_WITH_TIMEOUT(window(2) && window(2)->isVisible() && !window(2)->frame()->isOffScreen(), 10000);
+        for (int tick = 0; tick < 3 && verbs->runState().position != 0; ++tick) {
+            clock.advanceSeconds(31);
+            verbs->tick(); // round again: window 1 comes forward, kept
+        }
+        QCOMPARE(verbs->runState().position, 0);
+        QCOMPARE(verbs->runState().slot, 1);
+        QTRY_VERIFY(window(1)->isVisible() && !window(1)->frame()->isOffScreen());
+        QTest::qWait(300); // whatever is to go out of view has gone
+    }
+    void inTheaterViewAKeptRunsWindowsWaitBeneathAndOneStaysWhenItStops()
+    {
+        m_server.setPage("/second.html", "<html><head><title>Second</title></head><body>2</body></html>");
+        ManualClock clock(QDateTime(QDate(2026, 5, 4), QTime(10, 0)));
+        Clock::setInstance(&clock);
+        runKeptRoundOnce(true, clock);
+        QVERIFY(window(2)->isVisible()); // beneath, drawn, to come forward by being raised
+        m_main->verbs()->stopRun();
+        QVERIFY(!window(2)->isVisible());
+        QVERIFY(window(1)->isVisible());
+        // Not full screen, the other windows go out of view as they always have.
+        stopMain();
+        startMain();
+        runKeptRoundOnce(false, clock);
+        QVERIFY(!window(2)->isVisible());
+        m_main->verbs()->stopRun();
+        Clock::setInstance(nullptr);
+        g.OptTheater = false;
     }
     void withTheSettingOffOrOutsideARunThePageChangesAtOnce()
     {
