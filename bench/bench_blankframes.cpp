@@ -1,16 +1,21 @@
 // Blank frames on the real screen while a list runs over several windows in theater view, with the
-// real engine on local pages that build themselves with scripts as web applications do. Run it on
-// an X display with a window manager, e.g.
+// real engine on local web applications built with a real framework (bench/AppPages.h: Vue, from
+// Debian's libjs-vue), beside Debian's Chromium in kiosk mode on the same pages and screen, driven
+// over its DevTools pipe as kiosk set-ups drive it. Run it on an X display with a window manager:
 //   xvfb-run -a -s "-screen 0 1280x900x24" sh -c 'openbox & sleep 1; ./bench_blankframes'
 // The screen's middle is sampled 25 times a second from the moment of each step until the step's
 // page is in view; a sample that shows no page (the desktop, an empty or white window) is a blank
 // frame. Reported per kind of step, as medians and worst over the steps:
-//   - new windows (the first round opens a window for each page),
-//   - windows that show a page already (the next rounds go round them),
-//   - kept windows brought forward ("Keep Pages Loaded"),
-// each with "Show each page of a run only when it has loaded" on, and off: the floor it is set
-// against, measured in the same run. Target: 0 blank frames at every step after the first.
+//   - new windows (the first round opens a window for each page; Chromium: a new tab each),
+//   - windows that show a page already (the next rounds go round them; Chromium: its one tab
+//     navigated from page to page),
+//   - kept windows brought forward ("Keep Pages Loaded"; Chromium: its tabs activated in turn),
+// for Vantrel with "Show each page of a run only when it has loaded" on, and off (the floor it is
+// set against), and for Chromium, all measured in the same run. Target: 0 blank frames at every
+// step after the first.
+#include "AppPages.h"
 #include "BenchSupport.h"
+#include "ChromiumKiosk.h"
 #include "EngineBench.h"
 #include "LocalHttpServer.h"
 #include "browser/BrowserEngine.h"
@@ -35,27 +40,7 @@ constexpr int kSampleMs = 40; // 25 a second
 
 QColor pageColor(int i)
 {
-    return QColor::fromHsv((i * 360 / kPages) % 360, 190, 200);
-}
-
-// A page that is an empty shell until its script has built it, as applications of today's
-// frameworks are: a header, a grid of cards and a wide band in the page's colour.
-QByteArray appPage(int i)
-{
-    return QStringLiteral(
-               "<!doctype html><html><head><title>App %1</title><style>body{margin:0;font:16px sans-serif}"
-               ".band{position:fixed;left:20%;top:30%;width:60%;height:40%;background:%2}"
-               ".card{display:inline-block;width:180px;height:120px;margin:8px;background:#eee}</style></head>"
-               "<body><div id=app></div><script>"
-               "document.addEventListener('DOMContentLoaded', function () {"
-               "  var app = document.getElementById('app'), html = '<h1>Application %1</h1>';"
-               "  for (var c = 0; c < 60; ++c) html += '<div class=card>Card ' + c + '</div>';"
-               "  html += '<div class=band></div>';"
-               "  app.innerHTML = html;"
-               "});</script></body></html>")
-        .arg(i)
-        .arg(pageColor(i).name())
-        .toUtf8();
+    return AppPages::color(i, kPages);
 }
 
 QColor screenMiddle()
@@ -100,15 +85,62 @@ int blankFramesUntil(int to)
 
 struct Kind
 {
-    std::vector<double> on, off;
+    std::vector<double> on, off, chromium;
 };
+
+double worst(const std::vector<double>& v)
+{
+    return v.empty() ? 0.0 : *std::max_element(v.begin(), v.end());
+}
 
 void print(const char* what, const Kind& kind)
 {
-    const auto worst = [](const std::vector<double>& v) { return v.empty() ? 0.0 : *std::max_element(v.begin(), v.end()); };
-    std::printf("  %-34s shown when loaded: median %4.1f worst %4.1f   without (floor): median %4.1f worst %4.1f   "
-                "target 0  %s\n",
-                what, median(kind.on), worst(kind.on), median(kind.off), worst(kind.off), worst(kind.on) == 0 ? "ok" : "OVER");
+    std::printf("  %-30s %5.1f %5.1f      %5.1f %5.1f      ", what, median(kind.on), worst(kind.on), median(kind.off),
+                worst(kind.off));
+    if (kind.chromium.empty())
+        std::printf("   -     -   ");
+    else
+        std::printf("%5.1f %5.1f", median(kind.chromium), worst(kind.chromium));
+    std::printf("     target 0  %s\n", worst(kind.on) == 0 ? "ok" : "OVER");
+}
+
+// Chromium in kiosk mode on the same pages: one tab navigated round them, then a new tab for each,
+// then its tabs activated in turn. False when Chromium is not there or does not answer.
+bool measureChromium(const QStringList& urls, Kind& fresh, Kind& reused, Kind& kept)
+{
+    ChromiumKiosk chromium;
+    if (!chromium.start(urls[0]))
+        return false;
+    if (!waitUntil([] { return near(screenMiddle(), pageColor(0)); }, 20000))
+        return false;
+    const QStringList tabs = chromium.pageTargets();
+    if (tabs.isEmpty())
+        return false;
+    const QString session = chromium.attach(tabs.first());
+    for (int step = 1; step < 3 * kPages; ++step) {
+        const int page = step % kPages;
+        chromium.send("Page.navigate", {{"url", urls[page]}}, session);
+        const int blank = blankFramesUntil(page);
+        if (step >= kPages)
+            reused.chromium.push_back(blank);
+        waitMs(400);
+    }
+    QList<int> asked;
+    for (int page = 0; page < kPages; ++page) {
+        asked << chromium.send("Target.createTarget", {{"url", urls[page]}});
+        fresh.chromium.push_back(blankFramesUntil(page));
+        waitMs(400);
+    }
+    QStringList own;
+    for (int id : asked)
+        own << chromium.answer(id).value("targetId").toString();
+    for (int step = 0; step < 2 * kPages; ++step) {
+        const int page = (step + 1) % kPages;
+        chromium.send("Target.activateTarget", {{"targetId", own[page]}});
+        kept.chromium.push_back(blankFramesUntil(page));
+        waitMs(400);
+    }
+    return true;
 }
 
 } // namespace
@@ -123,12 +155,21 @@ int main(int argc, char* argv[])
         return 2;
     }
     engine.ready();
+    const QByteArray vue = AppPages::vue();
+    if (vue.isEmpty()) {
+        std::fprintf(stderr, "bench_blankframes builds its pages with %s: install Debian's libjs-vue\n",
+                     qPrintable(AppPages::vueFile()));
+        return 2;
+    }
     LocalHttpServer server;
     server.start();
+    server.setResponse("/vue.min.js", vue, "Content-Type: text/javascript\r\n");
     QList<QString> names{"Apps"}, titles{QString()}, urls{QString()};
     for (int i = 0; i < kPages; ++i) {
         const QString path = QStringLiteral("/app%1.html").arg(i);
-        server.setPage(path, appPage(i));
+        server.setPage(path, AppPages::shell(i, kPages));
+        server.setResponse(QStringLiteral("/data%1.json").arg(i), AppPages::data(i),
+                           "Content-Type: application/json\r\n");
         names << "Apps";
         titles << path;
         urls << server.url(path);
@@ -165,8 +206,13 @@ int main(int argc, char* argv[])
             waitMs(500);
         }
     }
-    std::printf("blank frames per step, %d pages over windows in theater view, the screen sampled every %d ms\n",
+    const bool chromium = measureChromium(urls.mid(1), fresh, reused, kept);
+    if (!chromium)
+        std::fprintf(stderr, "Chromium (%s) did not start or answer: its column stays empty\n",
+                     qPrintable(ChromiumKiosk::program()));
+    std::printf("blank frames per step, %d framework pages, the screen sampled every %d ms: median and worst\n",
                 kPages, kSampleMs);
+    std::printf("  %-30s %-16s %-16s %-16s\n", "", "shown when loaded", "without (floor)", "Chromium kiosk");
     print("a new window (first round)", fresh);
     print("a window that shows a page", reused);
     print("a kept window brought forward", kept);
