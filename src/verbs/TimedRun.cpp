@@ -154,6 +154,10 @@ void TimedRun::goOnAt(int position)
             continue;
         if (m_pages.slotOf(shown) == 0)
             m_pages.loaded(shown, slot, now);
+        // Reopened as a plain page: one with a zoom or a scroll of its own takes its look again.
+        const PageSettings look = m_pages.settingsAt(shown);
+        if (look.zoom != 0 || look.scroll != PageSettings::Scroll::None)
+            m_verbs->pool()->reloadInPlace(slot, m_pages.address(shown), look, shownFor(shown));
         m_slots.insert(slot);
         m_verbs->pool()->setRunKeys(slot, true);
     }

@@ -145,6 +145,20 @@ private slots:
         QTRY_COMPARE_WITH_TIMEOUT(window(1)->loadedAhead.size(), 1, 5000);
     }
 
+    void aPageReopenedAfterACrashTakesItsLookAgainWhenTheRunGoesOn()
+    {
+        PageSettings zoomed;
+        zoomed.zoom = 150;
+        set("https://two.example/", zoomed);
+        // The session reopens the windows as plain pages, then the run goes on.
+        QVERIFY(h->verbs->openPage("https://one.example/", QString(), OpenWhere::Slot, 1, Caller::Outside).ok());
+        QVERIFY(h->verbs->openPage("https://two.example/", QString(), OpenWhere::Slot, 2, Caller::Outside).ok());
+        QVERIFY(h->verbs->resumeRunAt(walls(true, true, true), 2).ok());
+        QCOMPARE(window(2)->navigations, (QStringList{"https://two.example/", "https://two.example/"}));
+        QCOMPARE(window(2)->look.zoom, 150);
+        QCOMPARE(window(1)->navigations, QStringList{"https://one.example/"}); // no look: left as it is
+    }
+
     void aLoopGoesRoundAtTheMomentItsLastPagesOwnTimeEnds()
     {
         h->clock.setNow(QDateTime(QDate(2026, 5, 4), QTime(10, 0)));
