@@ -43,6 +43,8 @@ QByteArray page(int i)
 struct Figures
 {
     long main = 0;
+    long mainAnon = 0;  // of it: the heap and other private memory
+    long mainShared = 0; // of it: shared memory (the frames the renderers hand over, among others)
     long renderers = 0;
     OpenFiles files;
     long threads = 0;
@@ -50,8 +52,9 @@ struct Figures
 
 Figures figures(const QString& profile, quint16 port)
 {
-    return {statusField("/proc/self/status", "VmRSS"), descendantsRssKb(::getpid()), openFilesOf(profile, {port}),
-            statusField("/proc/self/status", "Threads")};
+    return {statusField("/proc/self/status", "VmRSS"),        statusField("/proc/self/status", "RssAnon"),
+            statusField("/proc/self/status", "RssShmem"),     descendantsRssKb(::getpid()),
+            openFilesOf(profile, {port}),                      statusField("/proc/self/status", "Threads")};
 }
 
 } // namespace
@@ -138,6 +141,8 @@ int main(int argc, char* argv[])
                 kPagesEach, withSettings ? "settings of their own on half of them" : "no page settings", ticks, double(soak.elapsed()) / 1000.0, completed - completedStart, globals().WindowCount);
     std::printf("  main process %ld -> %ld kB, renderers %ld -> %ld kB: growth %.1f %%   target < 5 %%  %s\n", start.main,
                 end.main, start.renderers, end.renderers, growth, growth < 5.0 ? "ok" : "OVER");
+    std::printf("  of the main process: private %ld -> %ld kB, shared memory %ld -> %ld kB\n", start.mainAnon,
+                end.mainAnon, start.mainShared, end.mainShared);
     std::printf("  open files %d -> %d, threads %ld -> %ld   target no growth  %s\n", start.files.program,
                 end.files.program, start.threads, end.threads,
                 end.files.program <= start.files.program && end.threads <= start.threads ? "ok" : "OVER");
