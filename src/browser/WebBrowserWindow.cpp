@@ -225,7 +225,9 @@ void WebBrowserWindow::pollContent(const QPointer<BrowserPage>& page, const QDea
         return; // the page went, and what waited for it with it
     page->runJavaScript(PageLook::contentProbe(), QWebEngineScript::ApplicationWorld,
                         [this, page, until, then = std::move(then)](const QVariant& drawn) mutable {
-                            if (!page)
+                            // No answer at all: the page is going away (the engine answers what
+                            // was still asked of it as it goes). The time-out of the caller stands.
+                            if (!page || !drawn.isValid())
                                 return;
                             if (drawn.toBool() || until.hasExpired()) {
                                 then();
