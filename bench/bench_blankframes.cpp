@@ -17,6 +17,7 @@
 #include "BenchSupport.h"
 #include "ChromiumKiosk.h"
 #include "EngineBench.h"
+#include "ListRecords.h"
 #include "LocalHttpServer.h"
 #include "browser/BrowserEngine.h"
 #include "browser/BrowserProfile.h"
@@ -164,14 +165,14 @@ int main(int argc, char* argv[])
     LocalHttpServer server;
     server.start();
     server.setResponse("/vue.min.js", vue, "Content-Type: text/javascript\r\n");
-    QList<QString> names{"Apps"}, titles{QString()}, urls{QString()};
+    ListState apps{"Apps", {}};
+    QStringList urls; // the pages' addresses, in the list's order
     for (int i = 0; i < kPages; ++i) {
         const QString path = QStringLiteral("/app%1.html").arg(i);
         server.setPage(path, AppPages::shell(i, kPages));
         server.setResponse(QStringLiteral("/data%1.json").arg(i), AppPages::data(i),
                            "Content-Type: application/json\r\n");
-        names << "Apps";
-        titles << path;
+        apps.pages.append({path, server.url(path)});
         urls << server.url(path);
     }
 
@@ -184,7 +185,7 @@ int main(int argc, char* argv[])
             globals().OptTheater = true;
             main.show();
             Verbs* verbs = main.verbs();
-            verbs->lists()->load({names, titles, urls}, int(names.size()));
+            loadLists(verbs->lists(), {apps});
             verbs->runList({"Apps", 600, true, true, keep}, Caller::Outside);
             verbs->tick(); // the first page
             waitMs(1500);
@@ -206,7 +207,7 @@ int main(int argc, char* argv[])
             waitMs(500);
         }
     }
-    const bool chromium = measureChromium(urls.mid(1), fresh, reused, kept);
+    const bool chromium = measureChromium(urls, fresh, reused, kept);
     if (!chromium)
         std::fprintf(stderr, "Chromium (%s) did not start or answer: its column stays empty\n",
                      qPrintable(ChromiumKiosk::program()));

@@ -7,6 +7,7 @@
 // precise Qt timer of the same lengths fires in this process, with the engine loaded.
 #include "BenchSupport.h"
 #include "EngineBench.h"
+#include "ListRecords.h"
 #include "LocalHttpServer.h"
 #include "browser/BrowserEngine.h"
 #include "browser/BrowserFrame.h"
@@ -57,7 +58,8 @@ int main(int argc, char* argv[])
 
     LocalHttpServer server;
     server.start();
-    QList<QString> names{"Timing"}, titles{QString()}, urls{QString()};
+    ListState timing{"Timing", {}};
+    QStringList urls; // the pages' addresses, in the list's order
     for (size_t i = 0; i < kSeconds.size(); ++i) {
         const QString path = QStringLiteral("/t%1.html").arg(i);
         server.setPage(path, QStringLiteral("<html><head><title>T%1</title></head><body style='background:hsl(%2,60%,60%)'>"
@@ -65,8 +67,7 @@ int main(int argc, char* argv[])
                                  .arg(i)
                                  .arg(i * 90)
                                  .toUtf8());
-        names << "Timing";
-        titles << path;
+        timing.pages.append({path, server.url(path)});
         urls << server.url(path);
     }
 
@@ -74,11 +75,11 @@ int main(int argc, char* argv[])
     main.Form_Load();
     main.show();
     Verbs* verbs = main.verbs();
-    verbs->lists()->load({names, titles, urls}, int(names.size()));
+    loadLists(verbs->lists(), {timing});
     for (size_t i = 0; i < kSeconds.size(); ++i) {
         PageSettings own;
         own.seconds = kSeconds[i];
-        verbs->setPageSettings("Timing", urls[qsizetype(i) + 1], own);
+        verbs->setPageSettings("Timing", urls[qsizetype(i)], own);
     }
 
     // The floor: a bare precise timer of each length, a few times, with the engine up.
@@ -103,7 +104,7 @@ int main(int argc, char* argv[])
         }
         const double stepAt = double(clock.nsecsElapsed()) / 1e6;
         const int position = verbs->runState().position;
-        const QString address = urls[position + 1];
+        const QString address = urls[position];
         // In view: the window shows the page, no longer staged.
         auto* window = qobject_cast<WebBrowserWindow*>(main.webForm()->ie(verbs->runState().slot));
         waitUntil(

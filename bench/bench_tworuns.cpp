@@ -8,6 +8,7 @@
 // same soak runs without the pages' settings, to tell their share.
 #include "BenchSupport.h"
 #include "EngineBench.h"
+#include "ListRecords.h"
 #include "LocalHttpServer.h"
 #include "ProcessFigures.h"
 #include "browser/BrowserEngine.h"
@@ -74,18 +75,13 @@ int main(int argc, char* argv[])
     Clock::setInstance(&clock);
     LocalHttpServer server;
     server.start();
-    QList<QString> names, titles, urls;
-    for (const char* list : {"Front", "Back"}) {
-        names << list;
-        titles << QString();
-        urls << QString();
+    ListState front{"Front", {}}, back{"Back", {}};
+    for (ListState* list : {&front, &back}) {
         for (int i = 0; i < kPagesEach; ++i) {
-            const int n = (QByteArray(list) == "Front" ? 0 : kPagesEach) + i;
+            const int n = (list == &front ? 0 : kPagesEach) + i;
             const QString path = QStringLiteral("/p%1.html").arg(n);
             server.setPage(path, page(n));
-            names << list;
-            titles << path;
-            urls << server.url(path);
+            list->pages.append({path, server.url(path)});
         }
     }
 
@@ -93,7 +89,7 @@ int main(int argc, char* argv[])
     main.Form_Load();
     main.show();
     Verbs* verbs = main.verbs();
-    verbs->lists()->load({names, titles, urls}, int(names.size()));
+    loadLists(verbs->lists(), {front, back});
     // Settings of their own on half the pages of each list.
     PageSettings zoom, slow, live, fit, longer;
     zoom.zoom = 150;
@@ -104,11 +100,11 @@ int main(int argc, char* argv[])
     fit.zoom = PageSettings::kFitWidth;
     longer.seconds = 20;
     if (withSettings) {
-        verbs->setPageSettings("Front", urls[1], zoom);
-        verbs->setPageSettings("Front", urls[2], slow);
-        verbs->setPageSettings("Front", urls[3], live);
-        verbs->setPageSettings("Back", urls[kPagesEach + 2], fit);
-        verbs->setPageSettings("Back", urls[kPagesEach + 3], longer);
+        verbs->setPageSettings("Front", front.pages[0].address, zoom);
+        verbs->setPageSettings("Front", front.pages[1].address, slow);
+        verbs->setPageSettings("Front", front.pages[2].address, live);
+        verbs->setPageSettings("Back", back.pages[0].address, fit);
+        verbs->setPageSettings("Back", back.pages[1].address, longer);
     }
 
     int completed = 0;

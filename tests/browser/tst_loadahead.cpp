@@ -2,6 +2,7 @@
 // server is asked for it before the step, the window says nothing of it until the step takes it,
 // it comes up at the step's very call, and its events follow then; a page loaded ahead for
 // another address, or one that floods its events, goes without a word.
+#include "ListRecords.h"
 #include "RealBrowserTest.h"
 #include "browser/BrowserFrame.h"
 #include "core/Clock.h"
@@ -121,27 +122,26 @@ private slots:
 
     void aRunsPageWithItsOwnTimeIsInViewAtItsMoment()
     {
-        QList<QString> names{"Walls", "Walls", "Walls"}, titles{QString(), "A", "B"},
-            urls{QString(), m_server.url("/a.html"), m_server.url("/b.html")};
+        const QString a = m_server.url("/a.html"), b = m_server.url("/b.html");
         Verbs* verbs = m_main->verbs();
-        verbs->lists()->load({names, titles, urls}, int(names.size()));
+        loadLists(verbs->lists(), {{"Walls", {{"A", a}, {"B", b}}}});
         PageSettings five;
         five.seconds = 5;
-        QVERIFY(verbs->setPageSettings("Walls", urls[1], five).ok());
+        QVERIFY(verbs->setPageSettings("Walls", a, five).ok());
         m_server.requests.clear();
         QVERIFY(verbs->runList({"Walls", 30, false, false, false}, Caller::Outside).ok());
         verbs->tick();
         QElapsedTimer clock;
         clock.start();
-        QTRY_VERIFY_WITH_TIMEOUT(window(1) && shownUrl(window(1)) == urls[1], kLoadTimeoutMs);
+        QTRY_VERIFY_WITH_TIMEOUT(window(1) && shownUrl(window(1)) == a, kLoadTimeoutMs);
         // B is asked for before A's five seconds are over, while A is shown.
         QTRY_COMPARE_WITH_TIMEOUT(m_server.requests.count("/b.html"), 1, 5000);
         QVERIFY2(clock.elapsed() < 4900, qPrintable(QString::number(clock.elapsed())));
         QCOMPARE(verbs->runState().position, 0);
-        QCOMPARE(shownUrl(window(1)), urls[1]);
+        QCOMPARE(shownUrl(window(1)), a);
         // At the step, B is in view at once.
         QTRY_COMPARE_WITH_TIMEOUT(verbs->runState().position, 1, 8000);
-        QCOMPARE(shownUrl(window(1)), urls[2]);
+        QCOMPARE(shownUrl(window(1)), b);
         QVERIFY(!window(1)->frame()->hasStagedPage());
         QCOMPARE(m_server.requests.count("/b.html"), 1);
     }

@@ -2,6 +2,7 @@
 // the zoom (as the page itself measures it, before the page is in view), the width fitted to the
 // window, the slow scroll and the scroll to a target, the page reloaded by its rule (counted by the
 // server), and the run held by a person's real clicks and keys, or steered by the run keys.
+#include "ListRecords.h"
 #include "RealBrowserTest.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserPage.h"
@@ -22,13 +23,10 @@ class TestPageLook : public RealBrowserTest
     // A list "Walls" of the given server paths.
     void makeList(const QStringList& paths)
     {
-        QList<QString> names{"Walls"}, titles{QString()}, urls{QString()};
-        for (const QString& path : paths) {
-            names << "Walls";
-            titles << path;
-            urls << m_server.url(path);
-        }
-        verbs()->lists()->load({names, titles, urls}, int(names.size()));
+        ListState walls{"Walls", {}};
+        for (const QString& path : paths)
+            walls.pages.append({path, m_server.url(path)});
+        loadLists(verbs()->lists(), {walls});
     }
     void set(const QString& path, const PageSettings& s)
     {

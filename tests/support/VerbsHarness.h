@@ -1,5 +1,6 @@
 #pragma once
 
+#include "ListRecords.h"
 #include "ScriptedBrowserWindow.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
@@ -45,21 +46,7 @@ public:
         verbs->tick();
     }
     // The lists as the list file would give them: a record for each list, then its pages.
-    void setLists(const QList<ListState>& lists)
-    {
-        QList<QString> names, titles, urls;
-        for (const ListState& list : lists) {
-            names << list.name;
-            titles << QString();
-            urls << QString();
-            for (const ListPageState& page : list.pages) {
-                names << list.name;
-                titles << page.title;
-                urls << page.address;
-            }
-        }
-        verbs->lists()->load({names, titles, urls}, int(names.size()));
-    }
+    void setLists(const QList<ListState>& lists) { loadLists(verbs->lists(), lists); }
     QString folder() const { return m_app.path(); }
     // What the log holds so far.
     QString log() const

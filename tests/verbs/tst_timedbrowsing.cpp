@@ -1,3 +1,4 @@
+#include "ListRecords.h"
 #include "RealBrowserTest.h"
 #include "settings/VantrelConf.h"
 #include "browser/BrowserFrame.h"
@@ -166,10 +167,8 @@ private slots:
     void runKeptRoundOnce(bool theater, ManualClock& clock)
     {
         g.OptTheater = theater;
-        QList<QString> names{"Kept", "Kept", "Kept"}, titles{QString(), "1", "2"},
-            urls{QString(), m_server.url("/first.html"), m_server.url("/second.html")};
         Verbs* verbs = m_main->verbs();
-        verbs->lists()->load({names, titles, urls}, int(names.size()));
+        loadLists(verbs->lists(), {{"Kept", {{"1", m_server.url("/first.html")}, {"2", m_server.url("/second.html")}}}});
         QVERIFY(verbs->runList({"Kept", 30, true, true, true}, Caller::Outside).ok());
         verbs->tick();
         QTRY_VERIFY_WITH_TIMEOUT(window(1) && window(1)->isVisible() && !window(1)->frame()->isOffScreen(), 10000);
