@@ -95,8 +95,9 @@ void WebForm1::SelectieNavigate(int slot, bool newWindow)
     else
         window->setPageLook(PageSettings(), 0);
     const bool showWhenLoaded = RunNavigating && VantrelConf::flag(VantrelConf::kShowWhenLoaded);
-    if (newWindow && showWhenLoaded) {
-        // A run's new window comes into view with its page loaded and drawn, never empty.
+    // A run's new window, or one of its windows out of view, comes into view with its page loaded
+    // and drawn, never empty: a hidden window mapped again has nothing drawn until its page is.
+    if ((newWindow || !window->isVisible()) && showWhenLoaded) {
         window->setTheaterMode(g.OptTheater);
         window->navigateThenShow(g.CurrentUrl, 1000 * VantrelConf::value(VantrelConf::kReadySeconds));
         m_recovery->sentTo(slot, g.CurrentUrl);

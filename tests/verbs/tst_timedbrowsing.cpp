@@ -114,6 +114,22 @@ private slots:
         QCOMPARE(shownUrl(), slow);
         QTRY_COMPARE_WITH_TIMEOUT(m_completed, QStringList{slow}, kLoadTimeoutMs);
     }
+    void aRunsWindowOutOfViewComesBackOnlyWithItsNextPageDrawn()
+    {
+        QCOMPARE(openAndWait(m_server.url("/first.html")).size(), 1);
+        window(1)->setVisible(false); // reused by a run after the others had their turn
+        const QString slow = m_server.url("/slow.html?again");
+        runStepTo(slow);
+        BrowserFrame* frame = window(1)->frame();
+        QTest::qWait(700);
+        QVERIFY(frame->isOffScreen()); // mapped now, it would show nothing drawn
+        QVERIFY(frame->testAttribute(Qt::WA_DontShowOnScreen));
+        QTRY_VERIFY_WITH_TIMEOUT(!frame->isOffScreen(), kLoadTimeoutMs);
+        QVERIFY(frame->isVisible());
+        QCOMPARE(shownUrl(), slow);
+        QTRY_VERIFY_WITH_TIMEOUT(m_completed.contains(slow), kLoadTimeoutMs);
+        QCOMPARE(row(1)->text(), QStringLiteral("Slow"));
+    }
     void aNewWindowOutsideARunIsShownAtOnce()
     {
         g.CurrentUrl = m_server.url("/slow.html?person");
