@@ -23,10 +23,9 @@ inline long statusField(const std::string& path, const std::string& field)
     return 0;
 }
 
-// The resident memory (kB) of the processes below `root` (the engine's helpers and renderers).
-inline long descendantsRssKb(pid_t root)
+// The processes below `root` (the engine's helpers and renderers), children before grandchildren.
+inline QList<pid_t> descendantsOf(pid_t root)
 {
-    long total = 0;
     QList<pid_t> parents{root};
     const QStringList entries = QDir("/proc").entryList(QDir::Dirs);
     for (int i = 0; i < parents.size(); ++i) {
@@ -45,12 +44,20 @@ inline long descendantsRssKb(pid_t root)
             std::string state;
             pid_t parent = 0;
             rest >> state >> parent;
-            if (parent == parents[i]) {
+            if (parent == parents[i])
                 parents.append(pid);
-                total += statusField("/proc/" + entry.toStdString() + "/status", "VmRSS");
-            }
         }
     }
+    parents.removeFirst();
+    return parents;
+}
+
+// The resident memory (kB) of the processes below `root`.
+inline long descendantsRssKb(pid_t root)
+{
+    long total = 0;
+    for (pid_t pid : descendantsOf(root))
+        total += statusField("/proc/" + std::to_string(pid) + "/status", "VmRSS");
     return total;
 }
 
