@@ -27,4 +27,18 @@ QString nameFromAddress(const QString& address)
     return host.isEmpty() ? address : host;
 }
 
+std::optional<QString> fromOutside(const QString& text)
+{
+    const QString trimmed = text.trimmed();
+    if (trimmed.isEmpty() || std::any_of(trimmed.cbegin(), trimmed.cend(), [](QChar c) {
+            return c.unicode() < 0x20 || c.unicode() == 0x7f;
+        }))
+        return std::nullopt;
+    const QUrl url = QUrl::fromUserInput(trimmed);
+    const QString scheme = url.scheme().toLower();
+    if (!url.isValid() || url.host().isEmpty() || (scheme != u"http" && scheme != u"https"))
+        return std::nullopt;
+    return url.toString();
+}
+
 } // namespace WebAddress

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <optional>
+
 // The rules for web addresses, in one place.
 namespace WebAddress {
 
@@ -16,5 +18,10 @@ bool startsWithHttp(const QString& text);
 // A name for a page that has no title of its own: the host of its address (the address itself
 // when it has none).
 QString nameFromAddress(const QString& address);
+
+// An address given from outside (a command line, the bus): as a person would type it ("example.org"
+// is http://example.org), taken only when it is http or https with a host. None otherwise: a file,
+// a script or any other scheme is no page a caller from outside may open.
+std::optional<QString> fromOutside(const QString& text);
 
 } // namespace WebAddress

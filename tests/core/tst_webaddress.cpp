@@ -55,6 +55,18 @@ private slots:
         QCOMPARE(WebAddress::nameFromAddress("https://news.example.org/today?x=1"), QStringLiteral("news.example.org"));
         QCOMPARE(WebAddress::nameFromAddress("not an address"), QStringLiteral("not an address"));
     }
+    void addressesFromOutsideAreHttpOrHttpsOnly()
+    {
+        QCOMPARE(WebAddress::fromOutside(QStringLiteral("https://example.org/a?b=1")),
+                 std::optional<QString>(QStringLiteral("https://example.org/a?b=1")));
+        QCOMPARE(WebAddress::fromOutside(QStringLiteral("  example.org ")),
+                 std::optional<QString>(QStringLiteral("http://example.org")));
+        QCOMPARE(WebAddress::fromOutside(QStringLiteral("HTTP://Example.org/")),
+                 std::optional<QString>(QStringLiteral("http://example.org/")));
+        for (const char* refused : {"file:///etc/passwd", "/etc/passwd", "javascript:alert(1)", "ftp://example.org/",
+                                    "data:text/html,<b>x</b>", "", "   ", "https://", "http://exa\nmple.org/"})
+            QVERIFY2(!WebAddress::fromOutside(QString::fromUtf8(refused)), refused);
+    }
 };
 
 QTEST_GUILESS_MAIN(TestWebAddress)
