@@ -131,6 +131,11 @@ void idleCpu(const QString& program, const QString& dataHome)
     QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
     env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
     env.insert(QStringLiteral("XDG_DATA_HOME"), dataHome);
+    // A runtime folder of its own: a Vantrel the person runs meanwhile does not take the start.
+    const QString runtime = dataHome + QStringLiteral("/run");
+    QDir().mkpath(runtime);
+    QFile::setPermissions(runtime, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner);
+    env.insert(QStringLiteral("XDG_RUNTIME_DIR"), runtime);
     vantrel.setProcessEnvironment(env);
     vantrel.setWorkingDirectory(dataHome);
     vantrel.setProcessChannelMode(QProcess::ForwardedErrorChannel);

@@ -57,7 +57,8 @@ printf '[Session]\nReopenAfterACrashWithoutAsking=1\n\n[TimedBrowsing]\nGoOnAfte
     >"$data/Vantrel.conf"
 
 cd "$work"
-env -u QT_QPA_PLATFORM -u WAYLAND_DISPLAY HOME="$work/home" XDG_DATA_HOME="$work/data" \
+mkdir -p "$work/run" && chmod 700 "$work/run"
+env -u QT_QPA_PLATFORM -u WAYLAND_DISPLAY HOME="$work/home" XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/run" \
     setsid "$program" >"$work/out.log" 2>&1 &
 app=$!
 

@@ -49,14 +49,15 @@ desktop-file-validate "$prefix/share/applications/org.vantrel.Vantrel.desktop"
 appstreamcli validate --no-net "$prefix/share/metainfo/org.vantrel.Vantrel.metainfo.xml" >/dev/null
 
 # Start it as a user would, with a start-up page, in a home of its own.
-mkdir -p "$work/home" "$work/data/Vantrel"
+mkdir -p "$work/home" "$work/data/Vantrel" "$work/run"
+chmod 700 "$work/run"
 printf '<html><head><title>Start</title></head><body>start</body></html>' > "$work/start.html"
 printf ' 100  100  8100  4700  1  0 \r\n 0  1  0  0  0 \r\nfile://%s\r\nabout:blank\r\n' "$work/start.html" \
     > "$work/data/Vantrel/Options.INI"
 printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
     > "$work/data/Vantrel/Colors.INI"
 cd "$work"
-HOME="$work/home" XDG_DATA_HOME="$work/data" QT_QPA_PLATFORM=offscreen \
+HOME="$work/home" XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/run" QT_QPA_PLATFORM=offscreen \
     setsid "$prefix/bin/vantrel" >"$work/out.log" 2>&1 &
 app=$! # the program itself (setsid runs it in place, in a new session and process group)
 for _ in $(seq 1 600); do

@@ -284,20 +284,29 @@ void Vantrel1::Form_Unload()
     // The other windows go before the first question, so that none stays on screen behind it.
     if (g.AboutShown && m_about)
         m_about->close();
-    if (g.ListsChanged &&
-        DialogService::question(QStringLiteral("Do you want to save Changes to Favorite Web Page Lists?")))
+    if (g.ListsChanged && keepChanges(QStringLiteral("Do you want to save Changes to Favorite Web Page Lists?")))
         m_listsPanel->lists()->SaveListBtn_Click();
-    if (g.HistoryChanged &&
-        DialogService::question(QStringLiteral("Do you want to save History of Web Page Viewing?")))
+    if (g.HistoryChanged && keepChanges(QStringLiteral("Do you want to save History of Web Page Viewing?")))
         m_historyPanel->history()->SaveHistBtn_Click();
-    if (g.ButtonsChanged && DialogService::question(QStringLiteral(
-                                "Do you want to save Changes to Web Page Button Assignments?")))
+    if (g.ButtonsChanged &&
+        keepChanges(QStringLiteral("Do you want to save Changes to Web Page Button Assignments?")))
         quickButtons()->SaveBtn_Click();
     if (OptionsDirty)
         SaveOptions();
     if (m_help)
         m_help->close();
     emit unloaded();
+}
+
+void Vantrel1::unloadFromOutside(bool discard)
+{
+    m_saveAnswer = !discard;
+    Form_Unload();
+}
+
+bool Vantrel1::keepChanges(const QString& question) const
+{
+    return m_saveAnswer ? *m_saveAnswer : DialogService::question(question);
 }
 
 void Vantrel1::NewBtnAction(bool newWindow)

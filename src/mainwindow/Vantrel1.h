@@ -4,6 +4,7 @@
 #include <QWidget>
 
 #include <memory>
+#include <optional>
 
 class About1;
 class FavoritesPanel;
@@ -46,6 +47,9 @@ public:
     void ShowOptionControls();
     // Closes the browser windows, offers to save what changed, saves changed options.
     void Form_Unload();
+    // The same for a caller from outside, who cannot be asked: what changed is saved, or with
+    // `discard` thrown away.
+    void unloadFromOutside(bool discard);
 
     // Opens CurrentUrl: the path every part of the program takes to show a page.
     void NewBtnAction(bool newWindow);
@@ -132,4 +136,7 @@ private:
     // such moves are part of setting it up, not the user's.
     bool m_placedOnScreen = false;
     bool m_unloaded = false;
+    // Closing for a caller from outside: the answer to every question to save.
+    std::optional<bool> m_saveAnswer;
+    bool keepChanges(const QString& question) const;
 };

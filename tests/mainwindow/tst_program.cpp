@@ -18,6 +18,7 @@ class TestProgram : public QObject
         env.insert("QT_QPA_PLATFORM", "offscreen");
         env.insert("HOME", m_root.filePath("home"));
         env.insert("XDG_DATA_HOME", m_root.filePath("data"));
+        env.insert("XDG_RUNTIME_DIR", m_root.filePath("run")); // its own: no other test's program answers
         return env;
     }
 
@@ -27,6 +28,9 @@ private slots:
         const QString programFolder = m_root.filePath("data/Vantrel");
         QVERIFY(QDir().mkpath(programFolder));
         QVERIFY(QDir().mkpath(m_root.filePath("home")));
+        QVERIFY(QDir().mkpath(m_root.filePath("run")));
+        QVERIFY(QFile::setPermissions(m_root.filePath("run"), QFileDevice::ReadOwner | QFileDevice::WriteOwner |
+                                                                  QFileDevice::ExeOwner));
         const QString page = m_root.filePath("start.html");
         QVERIFY(writeAll(page, "<html><head><title>Start</title></head><body>start</body></html>"));
         QVERIFY(writeAll(programFolder + "/Options.INI",

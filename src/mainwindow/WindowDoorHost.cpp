@@ -1,0 +1,26 @@
+#include "WindowDoorHost.h"
+
+#include "Vantrel1.h"
+
+#include <QGuiApplication>
+
+void WindowDoorHost::raise(const QString& activationToken)
+{
+    if (!m_window)
+        return;
+    // Under Wayland the window may take the focus only with the token the desktop gave the start
+    // that asked; Qt hands the one in the environment over with the next activation.
+    if (!activationToken.isEmpty() && QGuiApplication::platformName().startsWith(QLatin1String("wayland")))
+        qputenv("XDG_ACTIVATION_TOKEN", activationToken.toUtf8());
+    if (m_window->isMinimized())
+        m_window->showNormal();
+    m_window->show();
+    m_window->raise();
+    m_window->activateWindow();
+}
+
+void WindowDoorHost::quit(bool discard)
+{
+    if (m_window)
+        m_window->unloadFromOutside(discard);
+}
