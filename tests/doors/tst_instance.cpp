@@ -151,6 +151,26 @@ private slots:
         QCOMPARE(m_first->exitCode(), 0);
         QCOMPARE(vantrel({"--status"}).status, 4);
     }
+    void aWatchPrintsALineAtEachChange()
+    {
+        QVERIFY(startFirst());
+        const std::unique_ptr<QProcess> watch = start({"--status", "--watch"});
+        QVERIFY(watch->waitForStarted());
+        QVERIFY(waitFor([&] { return watch->canReadLine(); }, 10000));
+        const QJsonObject first = QJsonDocument::fromJson(watch->readLine()).object();
+        QVERIFY(first.contains("windows"));
+        QCOMPARE(vantrel({"--new-window", "https://watched.invalid/"}).status, 0);
+        bool seen = false;
+        QVERIFY(waitFor([&] {
+            while (watch->canReadLine())
+                seen = seen || watch->readLine().contains("https://watched.invalid/");
+            return seen;
+        }, 20000));
+        QCOMPARE(watch->state(), QProcess::Running); // it goes on listening
+        watch->kill();
+        watch->waitForFinished();
+        QCOMPARE(vantrel({"--status"}).status, 0); // a watcher gone leaves the program as it was
+    }
     void twentyStartsAtOnceEndWithOneProgramAndEveryRequestCarriedOut()
     {
         std::vector<std::unique_ptr<QProcess>> starts;
