@@ -19,6 +19,7 @@ class TestProgram : public QObject
         env.insert("HOME", m_root.filePath("home"));
         env.insert("XDG_DATA_HOME", m_root.filePath("data"));
         env.insert("XDG_RUNTIME_DIR", m_root.filePath("run")); // its own: no other test's program answers
+        env.remove("DBUS_SESSION_BUS_ADDRESS");                   // nor takes the person's bus name
         return env;
     }
 
