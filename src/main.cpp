@@ -1,4 +1,5 @@
 #include "browser/BrowserEngine.h"
+#include "doors/BusDoor.h"
 #include "core/PlatformChoice.h"
 #include "doors/CommandLine.h"
 #include "doors/DoorCommands.h"
@@ -7,6 +8,7 @@
 #include "mainwindow/EntryProcedure.h"
 #include "mainwindow/Vantrel1.h"
 #include "mainwindow/WindowDoorHost.h"
+#include "watch/EventLog.h"
 #include "widgets/MessageBoxBackend.h"
 
 #include <QApplication>
@@ -110,6 +112,11 @@ int main(int argc, char* argv[])
     QObject::connect(window.get(), &Vantrel1::unloaded, &app, &QApplication::quit, Qt::QueuedConnection);
     WindowDoorHost host(window.get());
     door.open(window->verbs(), &host);
+    // The same verbs on the user's session bus, where there is one.
+    BusDoor bus(window->verbs(), &host);
+    QString noBus;
+    if (!bus.publish(QDBusConnection::sessionBus(), &noBus))
+        EventLog::write(QStringLiteral("not on the session bus: %1").arg(noBus));
     // This start's own pages or run, as a second start's would be.
     if (request.action != CommandRequest::Action::Open || !request.pages.isEmpty()) {
         const DoorMessage::Reply reply =

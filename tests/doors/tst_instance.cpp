@@ -22,6 +22,7 @@ class TestInstance : public QObject
 
     std::unique_ptr<QTemporaryDir> m_root;
     std::unique_ptr<QProcess> m_first;
+    QString m_busAddress; // a private session bus, for the test that asks through it
 
     QString runtime() const { return m_root->filePath(QStringLiteral("run")); }
     QString door() const { return runtime() + QStringLiteral("/vantrel/door"); }
@@ -32,7 +33,9 @@ class TestInstance : public QObject
         env.insert("HOME", m_root->filePath("home"));
         env.insert("XDG_DATA_HOME", m_root->filePath("data"));
         env.insert("XDG_RUNTIME_DIR", runtime());
-        env.remove("DBUS_SESSION_BUS_ADDRESS");
+        env.remove("DBUS_SESSION_BUS_ADDRESS"); // the person's own bus is not the test's
+        if (!m_busAddress.isEmpty())
+            env.insert("DBUS_SESSION_BUS_ADDRESS", m_busAddress);
         return env;
     }
     std::unique_ptr<QProcess> start(const QStringList& arguments)
@@ -163,7 +166,8 @@ private slots:
         bool seen = false;
         QVERIFY(waitFor([&] {
             while (watch->canReadLine())
-                seen = seen || watch->readLine().contains("https://watched.invalid/");
+                if (watch->readLine().contains("https://watched.invalid/"))
+                    seen = true;
             return seen;
         }, 20000));
         QCOMPARE(watch->state(), QProcess::Running); // it goes on listening
@@ -229,6 +233,44 @@ private slots:
         const QByteArray text = log.readAll();
         QVERIFY(text.contains("a message from another start was refused: not a message of Vantrel"));
         QVERIFY(text.contains("a message from another start was refused: it said nothing for 5 s"));
+    }
+    void theProgramAnswersOnItsSessionBus()
+    {
+        QProcess daemon;
+        daemon.start("dbus-daemon", {"--session", "--nofork", "--print-address"});
+        QVERIFY(daemon.waitForStarted());
+        QVERIFY(daemon.waitForReadyRead(10000));
+        m_busAddress = QString::fromUtf8(daemon.readLine().trimmed());
+        QVERIFY(startFirst());
+        const auto gdbus = [&](const QStringList& call) {
+            QProcess process;
+            QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+            env.insert("DBUS_SESSION_BUS_ADDRESS", m_busAddress);
+            process.setProcessEnvironment(env);
+            process.start("gdbus", QStringList{"call", "--session", "--dest", "org.vantrel.Vantrel", "--object-path",
+                                               "/org/vantrel/Vantrel", "--method"} +
+                                       call);
+            process.waitForFinished(20000);
+            return std::pair{process.exitCode(), QString::fromUtf8(process.readAllStandardOutput() +
+                                                                   process.readAllStandardError())};
+        };
+        auto [status, text] = gdbus({"org.vantrel.Vantrel.Run", "Shop", "40", "true", "false", "false"});
+        QCOMPARE(status, 0);
+        QJsonObject state = this->status();
+        QCOMPARE(state.value("run").toObject().value("interval").toInt(), 40);
+        std::tie(status, text) = gdbus({"org.vantrel.Vantrel.Run", "Nope", "40", "true", "false", "false"});
+        QVERIFY(status != 0);
+        QVERIFY2(text.contains("org.vantrel.Vantrel.Error.Refused") &&
+                     text.contains("There is no list \"Nope\". The lists are: Shop."),
+                 qPrintable(text));
+        std::tie(status, text) = gdbus({"org.vantrel.Vantrel.Status"});
+        QCOMPARE(status, 0);
+        QVERIFY2(text.contains("\"list\":\"Shop\""), qPrintable(text));
+        QCOMPARE(gdbus({"org.vantrel.Vantrel.Quit", "false"}).first, 0);
+        QVERIFY(m_first->waitForFinished(30000));
+        m_busAddress.clear();
+        daemon.kill();
+        daemon.waitForFinished();
     }
     void aSocketThatIsNotTheUsersOwnIsNeverSpokenTo()
     {

@@ -1,0 +1,222 @@
+#include "BusDoor.h"
+
+#include "VantrelAdaptor.h"
+#include "verbs/Verbs.h"
+#include "verbs/WebForm1.h"
+
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+
+namespace {
+
+CommandRequest request(CommandRequest::Action action)
+{
+    CommandRequest r;
+    r.action = action;
+    return r;
+}
+
+} // namespace
+
+BusDoor::BusDoor(Verbs* verbs, DoorHost* host, QObject* parent) : QObject(parent), m_verbs(verbs), m_host(host)
+{
+    new VantrelAdaptor(this);
+    connect(verbs, &Verbs::stateChanged, this, &BusDoor::tellChanges);
+    connect(verbs->pool(), &WebForm1::rowCompleted, this, &BusDoor::PageShown);
+    m_told = properties();
+}
+
+BusDoor::~BusDoor()
+{
+    if (!m_published)
+        return;
+    m_bus.interface()->unregisterService(QString::fromLatin1(kService));
+    m_bus.unregisterObject(QString::fromLatin1(kPath));
+}
+
+bool BusDoor::publish(const QDBusConnection& bus, QString* why)
+{
+    auto refuse = [why](const QString& text) {
+        if (why)
+            *why = text;
+        return false;
+    };
+    if (!bus.isConnected())
+        return refuse(QStringLiteral("no session bus"));
+    m_bus = bus;
+    if (!m_bus.registerObject(QString::fromLatin1(kPath), this))
+        return refuse(QStringLiteral("the object could not be registered"));
+    // Not queued behind another owner, and not given up to one: one Vantrel answers, or none.
+    const QDBusReply<QDBusConnectionInterface::RegisterServiceReply> reply = m_bus.interface()->registerService(
+        QString::fromLatin1(kService), QDBusConnectionInterface::DontQueueService,
+        QDBusConnectionInterface::DontAllowReplacement);
+    if (!reply.isValid() || reply.value() != QDBusConnectionInterface::ServiceRegistered) {
+        m_bus.unregisterObject(QString::fromLatin1(kPath));
+        return refuse(QStringLiteral("the name %1 is another program's").arg(QLatin1String(kService)));
+    }
+    m_published = true;
+    return true;
+}
+
+DoorMessage::Reply BusDoor::carryOut(const CommandRequest& command, const QString& activationToken)
+{
+    if (!m_verbs || !m_host)
+        return {CommandLine::kRefused, QString(), QStringLiteral("Vantrel is closing."), false};
+    const DoorMessage::Reply reply = DoorCommands::carryOut(command, *m_verbs, *m_host, QString(), activationToken);
+    if (reply.status != CommandLine::kDone && calledFromDBus())
+        sendErrorReply(reply.status == CommandLine::kBadArgument ? QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs")
+                                                                 : QString::fromLatin1(kRefused),
+                       reply.err.trimmed());
+    return reply;
+}
+
+void BusDoor::Open(const QStringList& pages, const QString& where, int slot)
+{
+    CommandRequest command = request(CommandRequest::Action::Open);
+    command.pages = pages;
+    if (where.isEmpty()) {
+        command.where = CommandRequest::Where::AsTheNewButton;
+    } else if (where == u"new-window") {
+        command.where = CommandRequest::Where::NewWindow;
+    } else if (where == u"current-window") {
+        command.where = CommandRequest::Where::CurrentWindow;
+    } else if (where == u"slot") {
+        command.where = CommandRequest::Where::Slot;
+        command.slot = slot;
+    } else {
+        sendErrorReply(QDBusError::InvalidArgs,
+                       QStringLiteral("\"%1\" is no place: \"\", \"new-window\", \"current-window\" or \"slot\".").arg(where));
+        return;
+    }
+    if (pages.isEmpty()) {
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("No page was given."));
+        return;
+    }
+    carryOut(command);
+}
+
+void BusDoor::Run(const QString& list, int intervalSeconds, bool loop, bool severalWindows, bool keepLoaded)
+{
+    CommandRequest command = request(CommandRequest::Action::Run);
+    command.list = list;
+    command.intervalSeconds = intervalSeconds;
+    command.loop = loop;
+    command.severalWindows = severalWindows;
+    command.keepLoaded = keepLoaded;
+    carryOut(command);
+}
+
+void BusDoor::Stop()
+{
+    carryOut(request(CommandRequest::Action::Stop));
+}
+
+void BusDoor::Next()
+{
+    carryOut(request(CommandRequest::Action::Next));
+}
+
+void BusDoor::Previous()
+{
+    carryOut(request(CommandRequest::Action::Previous));
+}
+
+void BusDoor::Pause()
+{
+    carryOut(request(CommandRequest::Action::Pause));
+}
+
+void BusDoor::Resume()
+{
+    carryOut(request(CommandRequest::Action::Resume));
+}
+
+void BusDoor::Reload(int slot)
+{
+    CommandRequest command = request(CommandRequest::Action::Reload);
+    command.slot = slot;
+    carryOut(command);
+}
+
+void BusDoor::Raise(const QString& activationToken)
+{
+    carryOut(request(CommandRequest::Action::Raise), activationToken);
+}
+
+void BusDoor::Quit(bool discard)
+{
+    CommandRequest command = request(CommandRequest::Action::Quit);
+    command.discard = discard;
+    carryOut(command);
+}
+
+QString BusDoor::Status()
+{
+    return carryOut(request(CommandRequest::Action::Status)).out.trimmed();
+}
+
+QString BusDoor::State() const
+{
+    return m_verbs ? QString::fromUtf8(DoorCommands::stateJson(m_verbs->state())) : QString();
+}
+
+int BusDoor::CurrentWindow() const
+{
+    return m_verbs ? m_verbs->state().currentSlot : 0;
+}
+
+int BusDoor::WindowCount() const
+{
+    return m_verbs ? int(m_verbs->windows().size()) : 0;
+}
+
+bool BusDoor::Running() const
+{
+    return m_verbs && m_verbs->runState().running;
+}
+
+QString BusDoor::List() const
+{
+    return Running() ? m_verbs->runState().list : QString();
+}
+
+int BusDoor::Position() const
+{
+    return Running() ? m_verbs->runState().position + 1 : 0;
+}
+
+bool BusDoor::Paused() const
+{
+    return Running() && m_verbs->runState().paused;
+}
+
+double BusDoor::SecondsToNext() const
+{
+    return Running() ? m_verbs->runState().secondsToNext : 0.0;
+}
+
+QVariantMap BusDoor::properties() const
+{
+    return {{QStringLiteral("State"), State()},       {QStringLiteral("CurrentWindow"), CurrentWindow()},
+            {QStringLiteral("WindowCount"), WindowCount()}, {QStringLiteral("Running"), Running()},
+            {QStringLiteral("List"), List()},         {QStringLiteral("Position"), Position()},
+            {QStringLiteral("Paused"), Paused()}};
+}
+
+void BusDoor::tellChanges()
+{
+    // SecondsToNext runs down all the time: read, never told.
+    const QVariantMap now = properties();
+    QVariantMap changed;
+    for (auto it = now.cbegin(); it != now.cend(); ++it)
+        if (m_told.value(it.key()) != it.value())
+            changed.insert(it.key(), it.value());
+    m_told = now;
+    if (changed.isEmpty() || !m_bus.isConnected())
+        return;
+    QDBusMessage signal = QDBusMessage::createSignal(QString::fromLatin1(kPath),
+                                                     QStringLiteral("org.freedesktop.DBus.Properties"),
+                                                     QStringLiteral("PropertiesChanged"));
+    signal << QString::fromLatin1(kInterface) << changed << QStringList();
+    m_bus.send(signal);
+}
