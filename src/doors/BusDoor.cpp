@@ -192,7 +192,7 @@ bool BusDoor::Paused() const
 
 double BusDoor::SecondsToNext() const
 {
-    return Running() ? m_verbs->runState().secondsToNext : 0.0;
+    return Running() ? qRound(m_verbs->runState().secondsToNext * 10) / 10.0 : 0.0; // as the status says it
 }
 
 QVariantMap BusDoor::properties() const
