@@ -47,6 +47,16 @@ done
     { echo "missing: the browser engine module"; exit 1; }
 desktop-file-validate "$prefix/share/applications/org.vantrel.Vantrel.desktop"
 appstreamcli validate --no-net "$prefix/share/metainfo/org.vantrel.Vantrel.metainfo.xml" >/dev/null
+# Internet Shortcut files open in Vantrel once the desktop's database knows the launcher (a Debian
+# installation does this through the desktop-file-utils trigger), asked in a home of its own.
+grep -q '^MimeType=application/x-mswinurl;' "$prefix/share/applications/org.vantrel.Vantrel.desktop" ||
+    { echo "the launcher does not take Internet Shortcut files"; exit 1; }
+update-desktop-database "$prefix/share/applications"
+mkdir -p "$work/mimehome"
+opener=$(env -u XDG_CURRENT_DESKTOP -u DESKTOP_SESSION HOME="$work/mimehome" XDG_CONFIG_HOME="$work/mimehome/.config" \
+    XDG_DATA_HOME="$work/mimehome/.local/share" XDG_DATA_DIRS="$prefix/share" \
+    xdg-mime query default application/x-mswinurl)
+[ "$opener" = org.vantrel.Vantrel.desktop ] || { echo "Internet Shortcut files open with \"$opener\""; exit 1; }
 
 # Start it as a user would, with a start-up page, in a home of its own.
 mkdir -p "$work/home" "$work/data/Vantrel" "$work/run"

@@ -48,8 +48,17 @@ QByteArray entryFor(const QByteArray& entry, const QString& program)
 {
     QByteArray out;
     bool execWritten = false;
+    bool inMainGroup = false;
     for (const QByteArray& line : entry.split('\n')) {
         if (line.isEmpty())
+            continue;
+        // The launcher's own group only: its actions and file types are the menu's, not a log-in's.
+        if (line.startsWith('[')) {
+            if (inMainGroup)
+                break;
+            inMainGroup = line == "[Desktop Entry]";
+        }
+        if (line.startsWith("Actions=") || line.startsWith("MimeType="))
             continue;
         if (line.startsWith("Exec=")) {
             out += "Exec=" + execArgument(program) + '\n';

@@ -21,6 +21,8 @@ struct Options
     QCommandLineOption several{QStringLiteral("several-windows"),
                                QStringLiteral("Run the list over several browser windows.")};
     QCommandLineOption keep{QStringLiteral("keep-loaded"), QStringLiteral("Keep the run's pages loaded.")};
+    QCommandLineOption startupList{QStringLiteral("run-startup-list"),
+                                   QStringLiteral("Run the list chosen as start-up list in the options.")};
     QCommandLineOption stop{QStringLiteral("stop"), QStringLiteral("Stop the run.")};
     QCommandLineOption next{QStringLiteral("next"), QStringLiteral("Show the run's next page now.")};
     QCommandLineOption previous{QStringLiteral("previous"), QStringLiteral("Go back one page of the run.")};
@@ -40,7 +42,7 @@ struct Options
 
     void addTo(QCommandLineParser& parser) const
     {
-        parser.addOptions({newWindow, currentWindow, slot, run, interval, loop, several, keep, stop, next, previous,
+        parser.addOptions({newWindow, currentWindow, slot, run, interval, loop, several, keep, startupList, stop, next, previous,
                            pause, resume, reload, raise, quit, discard, status, watch, help, version});
         parser.addPositionalArgument(QStringLiteral("pages"),
                                      QStringLiteral("Web addresses or Internet Shortcut (.url) files to open."),
@@ -89,6 +91,7 @@ bool CommandRequest::needsRunningProgram() const
         return true;
     case Action::Open:
     case Action::Run:
+    case Action::RunStartupList:
     case Action::Raise:
         return false;
     }
@@ -112,7 +115,8 @@ CommandRequest parse(const QStringList& arguments)
 
     // One thing at a time: a start that both stops and runs would leave a script guessing.
     const QList<std::pair<const QCommandLineOption*, CommandRequest::Action>> actions{
-        {&o.run, CommandRequest::Action::Run},       {&o.stop, CommandRequest::Action::Stop},
+        {&o.run, CommandRequest::Action::Run},       {&o.startupList, CommandRequest::Action::RunStartupList},
+        {&o.stop, CommandRequest::Action::Stop},
         {&o.next, CommandRequest::Action::Next},     {&o.previous, CommandRequest::Action::Previous},
         {&o.pause, CommandRequest::Action::Pause},   {&o.resume, CommandRequest::Action::Resume},
         {&o.reload, CommandRequest::Action::Reload}, {&o.raise, CommandRequest::Action::Raise},
@@ -153,6 +157,8 @@ CommandRequest parse(const QStringList& arguments)
     switch (request.action) {
     case CommandRequest::Action::Open:
         request.pages = positional;
+        if (request.pages.isEmpty() && (parser.isSet(o.currentWindow) || parser.isSet(o.slot)))
+            return refused(QStringLiteral("--current-window and --slot need pages to open."));
         for (const QString& page : std::as_const(request.pages))
             if (page.trimmed().isEmpty())
                 return refused(QStringLiteral("An empty page was given."));

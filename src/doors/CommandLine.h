@@ -6,13 +6,14 @@
 // What a start of Vantrel is asked to do, read from its arguments (the program's name left out):
 //   vantrel [ADDRESS | FILE.url]... [--new-window | --current-window | --slot N]
 //   vantrel --run LIST [--interval SECONDS] [--loop] [--several-windows] [--keep-loaded]
+//   vantrel --new-window (the New button's page) | --run-startup-list
 //   vantrel --stop | --next | --previous | --pause | --resume | --reload [SLOT] | --raise
 //   vantrel --quit [--discard] | --status [--watch] | --help | --version
 // Plain data, no widget: the same request is carried out whether it comes from this start or from
 // a second one that hands it to the running program.
 struct CommandRequest
 {
-    enum class Action { Open, Run, Stop, Next, Previous, Pause, Resume, Reload, Raise, Quit, Status };
+    enum class Action { Open, Run, RunStartupList, Stop, Next, Previous, Pause, Resume, Reload, Raise, Quit, Status };
     enum class Where { AsTheNewButton, NewWindow, CurrentWindow, Slot };
 
     Action action = Action::Open;

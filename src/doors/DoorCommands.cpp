@@ -1,5 +1,6 @@
 #include "DoorCommands.h"
 
+#include "core/Globals.h"
 #include "core/ProfileString.h"
 #include "core/WebAddress.h"
 #include "verbs/Verbs.h"
@@ -10,6 +11,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QTimer>
+#include <QUrl>
 
 namespace DoorCommands {
 
@@ -76,10 +78,19 @@ QJsonObject runJson(const RunState& run)
 }
 
 // The address a page given from outside stands for: a shortcut file's, or the address itself.
+// A shortcut file given by its path, or as the file manager hands it over (a file: URL, for the
+// launcher's %U); empty when `page` is no such file name.
+QString shortcutPath(const QString& page)
+{
+    const QUrl url(page);
+    const QString path = url.isLocalFile() ? url.toLocalFile() : page.contains(QLatin1String("://")) ? QString() : page;
+    return path.endsWith(QLatin1String(".url"), Qt::CaseInsensitive) ? path : QString();
+}
+
 std::optional<QString> addressOf(const QString& page, const QString& folder, QString* why)
 {
-    if (page.endsWith(QLatin1String(".url"), Qt::CaseInsensitive) && !page.contains(QLatin1String("://"))) {
-        const QFileInfo file(QDir(folder.isEmpty() ? QDir::currentPath() : folder), page);
+    if (const QString path = shortcutPath(page); !path.isEmpty()) {
+        const QFileInfo file(QDir(folder.isEmpty() ? QDir::currentPath() : folder), path);
         if (!file.isFile() || !file.isReadable()) {
             *why = QStringLiteral("The shortcut file %1 cannot be read.").arg(file.filePath());
             return std::nullopt;
@@ -99,6 +110,13 @@ std::optional<QString> addressOf(const QString& page, const QString& folder, QSt
 
 Reply open(const CommandRequest& request, Verbs& verbs, DoorHost& host, const QString& folder, const QString& token)
 {
+    if (request.pages.isEmpty() && request.where == CommandRequest::Where::NewWindow) {
+        // The launcher's "New Window": the New button's page, in a new window.
+        Globals& g = globals();
+        if (!g.NewWindowUrl.trimmed().isEmpty())
+            g.CurrentUrl = g.NewWindowUrl;
+        return answer(verbs.NewBtnAction(true, Caller::Outside));
+    }
     if (request.pages.isEmpty()) {
         host.raise(token); // a plain start while one runs: the running one comes up
         return done();
@@ -110,8 +128,8 @@ Reply open(const CommandRequest& request, Verbs& verbs, DoorHost& host, const QS
         const std::optional<QString> address = addressOf(page, folder, &why);
         if (!address)
             return refused(why);
-        const bool shortcut = page.endsWith(QLatin1String(".url"), Qt::CaseInsensitive);
-        pages.append({*address, shortcut ? QFileInfo(page).completeBaseName() : QString()});
+        const QString path = shortcutPath(page);
+        pages.append({*address, path.isEmpty() ? QString() : QFileInfo(path).completeBaseName()});
     }
     for (qsizetype i = 0; i < pages.size(); ++i) {
         OpenWhere where = OpenWhere::NewWindow;
@@ -167,6 +185,8 @@ Reply carryOut(const CommandRequest& request, Verbs& verbs, DoorHost& host, cons
         return open(request, verbs, host, folder, activationToken);
     case Action::Run:
         return run(request, verbs);
+    case Action::RunStartupList:
+        return host.runStartupList() ? done() : refused(QStringLiteral("No start-up list is chosen in the options."));
     case Action::Stop:
         return answer(verbs.stopRun());
     case Action::Next:

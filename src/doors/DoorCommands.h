@@ -18,6 +18,8 @@ public:
     // Closes the program as its window's close does, never asking: what is unsaved is saved, or
     // with `discard` thrown away. Called once the caller has had its answer.
     virtual void quit(bool discard) = 0;
+    // Runs the list chosen as start-up list; false when none is chosen.
+    virtual bool runStartupList() = 0;
 };
 
 // A request from outside carried out through the verbs, as a caller that is not at the screen:

@@ -2,6 +2,7 @@
 
 #include "Vantrel1.h"
 
+#include <QComboBox>
 #include <QGuiApplication>
 
 void WindowDoorHost::raise(const QString& activationToken)
@@ -23,4 +24,12 @@ void WindowDoorHost::quit(bool discard)
 {
     if (m_window)
         m_window->unloadFromOutside(discard);
+}
+
+bool WindowDoorHost::runStartupList()
+{
+    if (!m_window || m_window->CMBLIST()->currentIndex() < 0)
+        return false;
+    m_window->StartStartupList();
+    return true;
 }

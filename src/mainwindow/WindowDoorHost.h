@@ -14,6 +14,7 @@ public:
     explicit WindowDoorHost(Vantrel1* window) : m_window(window) {}
     void raise(const QString& activationToken) override;
     void quit(bool discard) override;
+    bool runStartupList() override;
 
 private:
     QPointer<Vantrel1> m_window;

@@ -66,6 +66,13 @@ private slots:
         QCOMPARE(Autostart::entryFor(own, "/opt/my apps/100%/van\"trel$"),
                  QByteArray("[Desktop Entry]\nName=Vantrel\nExec=\"/opt/my apps/100%%/van\\\\\"trel\\\\$\"\nIcon=x\n"));
     }
+    void theAutostartEntryLeavesTheLaunchersActionsAndFileTypesOut()
+    {
+        const QByteArray own = "[Desktop Entry]\nName=Vantrel\nExec=vantrel %U\nMimeType=application/x-mswinurl;\n"
+                               "Actions=stop;\n\n[Desktop Action stop]\nName=Stop the Run\nExec=vantrel --stop\n";
+        QCOMPARE(Autostart::entryFor(own, "/usr/bin/vantrel"),
+                 QByteArray("[Desktop Entry]\nName=Vantrel\nExec=/usr/bin/vantrel\n"));
+    }
 };
 
 QTEST_GUILESS_MAIN(TestAutostart)

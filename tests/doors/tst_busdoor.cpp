@@ -20,6 +20,13 @@ struct RecordingHost : DoorHost
     QList<bool> quits;
     void raise(const QString& token) override { raised << token; }
     void quit(bool discard) override { quits << discard; }
+    bool startupListChosen = false;
+    int startupRuns = 0;
+    bool runStartupList() override
+    {
+        ++startupRuns;
+        return startupListChosen;
+    }
 };
 
 // What a program on the bus hears of Vantrel's properties.

@@ -25,6 +25,12 @@ private slots:
         r = parse({"--slot", "3", "a.org"});
         QCOMPARE(r.where, Where::Slot);
         QCOMPARE(r.slot, 3);
+        r = parse({"--new-window"}); // the launcher's "New Window"
+        QVERIFY(r.error.isEmpty());
+        QCOMPARE(r.where, Where::NewWindow);
+        QVERIFY(r.pages.isEmpty());
+        QCOMPARE(parse({"--run-startup-list"}).action, Action::RunStartupList);
+        QVERIFY(!parse({"--run-startup-list"}).needsRunningProgram());
         QCOMPARE(parse({}).action, Action::Open); // a plain start
         QVERIFY(parse({}).pages.isEmpty());
     }
@@ -89,6 +95,9 @@ private slots:
                                              << "--reload takes a window from 1 to 8, not \"12\".";
         QTest::newRow("reload of two") << QStringList{"--reload", "1", "2"} << "--reload takes one window at most.";
         QTest::newRow("empty page") << QStringList{""} << "An empty page was given.";
+        QTest::newRow("slot without pages") << QStringList{"--slot", "2"} << "--current-window and --slot need pages to open.";
+        QTest::newRow("current without pages") << QStringList{"--current-window"}
+                                               << "--current-window and --slot need pages to open.";
     }
     void badArgumentsAreNamed()
     {
@@ -100,7 +109,7 @@ private slots:
     {
         const QString help = CommandLine::helpText();
         for (const char* option : {"--new-window", "--current-window", "--slot <N>", "--run <LIST>", "--interval",
-                                   "--loop", "--several-windows", "--keep-loaded", "--stop", "--next", "--previous",
+                                   "--loop", "--several-windows", "--keep-loaded", "--run-startup-list", "--stop", "--next", "--previous",
                                    "--pause", "--resume", "--reload", "--raise", "--quit", "--discard", "--status",
                                    "--watch", "--version"})
             QVERIFY2(help.contains(QLatin1String(option)), option);

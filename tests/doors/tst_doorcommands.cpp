@@ -18,6 +18,13 @@ struct RecordingHost : DoorHost
     QList<bool> quits;
     void raise(const QString& token) override { raised << token; }
     void quit(bool discard) override { quits << discard; }
+    bool startupListChosen = false;
+    int startupRuns = 0;
+    bool runStartupList() override
+    {
+        ++startupRuns;
+        return startupListChosen;
+    }
 };
 
 } // namespace
@@ -68,6 +75,11 @@ private slots:
         file.close();
         QCOMPARE(carryOut({"--new-window", "Morning News.url"}).status, 0); // relative to the caller's folder
         QCOMPARE(h->window(1)->navigations, QStringList{"https://news.example/today"});
+        // As the file manager hands it to the launcher: a file: URL.
+        const QString asUrl = QUrl::fromLocalFile(file.fileName()).toString(QUrl::FullyEncoded);
+        QVERIFY(asUrl.contains(QLatin1String("%20")));
+        QCOMPARE(carryOut({"--new-window", asUrl}).status, 0);
+        QCOMPARE(h->window(2)->navigations, QStringList{"https://news.example/today"});
         QCOMPARE(verbs()->window(1).address, QStringLiteral("https://news.example/today"));
     }
     void onlyWebPagesComeFromOutsideAndNothingOpensWhenOneIsBad()
@@ -150,6 +162,21 @@ private slots:
         QVERIFY(run.contains("position"));
         QVERIFY(run.contains("secondsToNext"));
         QCOMPARE(run.value("paused").toBool(), false);
+    }
+    void theLaunchersActionsOpenTheNewPageAndRunTheStartUpList()
+    {
+        globals().NewWindowUrl = QStringLiteral("https://new.example/");
+        QCOMPARE(carryOut({"--new-window"}).status, 0);
+        QCOMPARE(h->window(1)->navigations, QStringList{"https://new.example/"});
+        QCOMPARE(carryOut({"--new-window"}).status, 0);
+        QCOMPARE(h->window(2)->navigations, QStringList{"https://new.example/"});
+        QVERIFY(host.raised.isEmpty());
+        const DoorMessage::Reply none = carryOut({"--run-startup-list"});
+        QCOMPARE(none.status, 3);
+        QCOMPARE(none.err, QStringLiteral("No start-up list is chosen in the options.\n"));
+        host.startupListChosen = true;
+        QCOMPARE(carryOut({"--run-startup-list"}).status, 0);
+        QCOMPARE(host.startupRuns, 2);
     }
     void raiseAndQuitAreTheWindowsOwn()
     {
