@@ -46,6 +46,16 @@ done
 [ -n "$(find "$prefix" -path '*/vantrel/libvantrel-webengine.so')" ] ||
     { echo "missing: the browser engine module"; exit 1; }
 desktop-file-validate "$prefix/share/applications/org.vantrel.Vantrel.desktop"
+# Started on demand by the bus: the service file names the installed program.
+service="$prefix/share/dbus-1/services/org.vantrel.Vantrel.service"
+[ -f "$service" ] || { echo "missing: the D-Bus service file"; exit 1; }
+grep -qx 'Name=org.vantrel.Vantrel' "$service" || { echo "the service file names another service"; exit 1; }
+execLine=$(sed -n 's/^Exec=//p' "$service")
+if [ "$mode" = package ]; then
+    [ "$execLine" = /usr/bin/vantrel ] || { echo "the service file starts $execLine"; exit 1; }
+else
+    [ "$execLine" = "$prefix/bin/vantrel" ] || { echo "the service file starts $execLine"; exit 1; }
+fi
 appstreamcli validate --no-net "$prefix/share/metainfo/org.vantrel.Vantrel.metainfo.xml" >/dev/null
 # Internet Shortcut files open in Vantrel once the desktop's database knows the launcher (a Debian
 # installation does this through the desktop-file-utils trigger), asked in a home of its own.
@@ -67,6 +77,43 @@ printf ' 100  100  8100  4700  1  0 \r\n 0  1  0  0  0 \r\nfile://%s\r\nabout:bl
 printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
     > "$work/data/Vantrel/Colors.INI"
 cd "$work"
+
+# Started by the bus on demand, as the desktop does for a D-Bus-activatable launcher: a private
+# session bus that knows the installed service file starts the program at the first call.
+if [ "$mode" = prefix ]; then
+    mkdir -p "$work/busrun" && chmod 700 "$work/busrun"
+    cat >"$work/bus.conf" <<EOF
+<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+ "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
+<busconfig>
+  <include>/usr/share/dbus-1/session.conf</include>
+  <listen>unix:dir=$work/busrun</listen>
+  <servicedir>$prefix/share/dbus-1/services</servicedir>
+</busconfig>
+EOF
+    bus=$(env HOME="$work/home" XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/busrun" QT_QPA_PLATFORM=offscreen \
+        dbus-daemon --config-file="$work/bus.conf" --fork --print-address=1 --print-pid=1)
+    busAddress=$(sed -n 1p <<<"$bus")
+    busPid=$(sed -n 2p <<<"$bus")
+    call() {
+        DBUS_SESSION_BUS_ADDRESS="$busAddress" timeout 60 gdbus call --session --dest org.vantrel.Vantrel \
+            --object-path /org/vantrel/Vantrel --method "$@"
+    }
+    call org.freedesktop.Application.Activate "{}" >/dev/null ||
+        { echo "the bus did not start Vantrel"; kill "$busPid"; exit 1; }
+    call org.vantrel.Vantrel.Status | grep -q '"windows"' ||
+        { echo "Vantrel started by the bus does not answer"; kill "$busPid"; exit 1; }
+    call org.vantrel.Vantrel.Quit false >/dev/null
+    for _ in $(seq 1 100); do
+        DBUS_SESSION_BUS_ADDRESS="$busAddress" gdbus call --session --dest org.freedesktop.DBus \
+            --object-path /org/freedesktop/DBus --method org.freedesktop.DBus.NameHasOwner org.vantrel.Vantrel |
+            grep -q false && break
+        sleep 0.1
+    done
+    kill "$busPid"
+    echo "started by the bus and closed again"
+fi
+
 HOME="$work/home" XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/run" QT_QPA_PLATFORM=offscreen \
     setsid "$prefix/bin/vantrel" >"$work/out.log" 2>&1 &
 app=$! # the program itself (setsid runs it in place, in a new session and process group)

@@ -52,13 +52,14 @@ QByteArray entryFor(const QByteArray& entry, const QString& program)
     for (const QByteArray& line : entry.split('\n')) {
         if (line.isEmpty())
             continue;
-        // The launcher's own group only: its actions and file types are the menu's, not a log-in's.
+        // The launcher's own group only: its actions and file types are the menu's, not a log-in's,
+        // and a log-in starts this very program, not whatever the bus would start.
         if (line.startsWith('[')) {
             if (inMainGroup)
                 break;
             inMainGroup = line == "[Desktop Entry]";
         }
-        if (line.startsWith("Actions=") || line.startsWith("MimeType="))
+        if (line.startsWith("Actions=") || line.startsWith("MimeType=") || line.startsWith("DBusActivatable="))
             continue;
         if (line.startsWith("Exec=")) {
             out += "Exec=" + execArgument(program) + '\n';

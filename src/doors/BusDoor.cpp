@@ -1,5 +1,6 @@
 #include "BusDoor.h"
 
+#include "ApplicationAdaptor.h"
 #include "VantrelAdaptor.h"
 #include "verbs/Verbs.h"
 #include "verbs/WebForm1.h"
@@ -21,6 +22,7 @@ CommandRequest request(CommandRequest::Action action)
 BusDoor::BusDoor(Verbs* verbs, DoorHost* host, QObject* parent) : QObject(parent), m_verbs(verbs), m_host(host)
 {
     new VantrelAdaptor(this);
+    new ApplicationAdaptor(this);
     connect(verbs, &Verbs::stateChanged, this, &BusDoor::tellChanges);
     connect(verbs->pool(), &WebForm1::rowCompleted, this, &BusDoor::PageShown);
     m_told = properties();
@@ -153,6 +155,52 @@ void BusDoor::Quit(bool discard)
 QString BusDoor::Status()
 {
     return carryOut(request(CommandRequest::Action::Status)).out.trimmed();
+}
+
+namespace {
+
+// The token the desktop gave with the call, to raise a window with.
+QString tokenOf(const QVariantMap& platformData)
+{
+    const QString token = platformData.value(QStringLiteral("activation-token")).toString();
+    return token.isEmpty() ? platformData.value(QStringLiteral("desktop-startup-id")).toString() : token;
+}
+
+} // namespace
+
+void BusDoor::Activate(const QVariantMap& platformData)
+{
+    carryOut(request(CommandRequest::Action::Raise), tokenOf(platformData));
+}
+
+void BusDoor::Open(const QStringList& uris, const QVariantMap& platformData)
+{
+    CommandRequest command = request(CommandRequest::Action::Open);
+    command.pages = uris;
+    if (uris.isEmpty()) {
+        carryOut(request(CommandRequest::Action::Raise), tokenOf(platformData));
+        return;
+    }
+    carryOut(command, tokenOf(platformData));
+}
+
+void BusDoor::ActivateAction(const QString& actionName, const QVariantList& parameter, const QVariantMap& platformData)
+{
+    Q_UNUSED(parameter)
+    // The launcher's actions, as its desktop file runs them on the command line.
+    CommandRequest command;
+    if (actionName == u"new-window") {
+        command = request(CommandRequest::Action::Open);
+        command.where = CommandRequest::Where::NewWindow;
+    } else if (actionName == u"run-startup-list") {
+        command = request(CommandRequest::Action::RunStartupList);
+    } else if (actionName == u"stop") {
+        command = request(CommandRequest::Action::Stop);
+    } else {
+        sendErrorReply(QDBusError::InvalidArgs, QStringLiteral("There is no action \"%1\".").arg(actionName));
+        return;
+    }
+    carryOut(command, tokenOf(platformData));
 }
 
 QString BusDoor::State() const

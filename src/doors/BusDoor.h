@@ -14,7 +14,8 @@ class Verbs;
 // described by doors/org.vantrel.Vantrel.xml (the adaptor is generated from it). Each method is a
 // command line's request carried out through the same verbs; a refusal is a D-Bus error with the
 // reason in words. The state is there as properties, with PropertiesChanged at each change, and a
-// signal tells each page shown.
+// signal tells each page shown. The same object answers org.freedesktop.Application, so that the
+// desktop can start Vantrel on demand and hand it files and the launcher's actions.
 class BusDoor : public QObject, protected QDBusContext
 {
     Q_OBJECT
@@ -62,6 +63,11 @@ public slots:
     void Raise(const QString& activationToken);
     void Quit(bool discard);
     QString Status();
+
+    // org.freedesktop.Application: the desktop's way in.
+    void Activate(const QVariantMap& platformData);
+    void Open(const QStringList& uris, const QVariantMap& platformData);
+    void ActivateAction(const QString& actionName, const QVariantList& parameter, const QVariantMap& platformData);
 
 signals:
     void PageShown(int slot, const QString& address, const QString& title);

@@ -69,7 +69,7 @@ private slots:
     void theAutostartEntryLeavesTheLaunchersActionsAndFileTypesOut()
     {
         const QByteArray own = "[Desktop Entry]\nName=Vantrel\nExec=vantrel %U\nMimeType=application/x-mswinurl;\n"
-                               "Actions=stop;\n\n[Desktop Action stop]\nName=Stop the Run\nExec=vantrel --stop\n";
+                               "DBusActivatable=true\nActions=stop;\n\n[Desktop Action stop]\nName=Stop the Run\nExec=vantrel --stop\n";
         QCOMPARE(Autostart::entryFor(own, "/usr/bin/vantrel"),
                  QByteArray("[Desktop Entry]\nName=Vantrel\nExec=/usr/bin/vantrel\n"));
     }

@@ -170,6 +170,32 @@ private slots:
         h->window(1)->load(QStringLiteral("https://a.example/"), QStringLiteral("Page A"));
         QTRY_COMPARE(m_heard, QStringList{"1 https://a.example/ Page A"});
     }
+    void theDesktopActivatesOpensAndRunsTheLaunchersActions()
+    {
+        const auto application = [&](const QString& method, const QVariantList& arguments) {
+            QDBusMessage message = QDBusMessage::createMethodCall(BusDoor::kService, BusDoor::kPath,
+                                                                  "org.freedesktop.Application", method);
+            message.setArguments(arguments);
+            return m_client.call(message, QDBus::BlockWithGui, 10000);
+        };
+        const QVariantMap token{{"activation-token", QString("desktop-token")}};
+        QCOMPARE(application("Activate", {token}).type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(host.raised, QStringList{"desktop-token"});
+        QCOMPARE(application("Open", {QStringList{"https://opened.example/"}, QVariantMap()}).type(),
+                 QDBusMessage::ReplyMessage);
+        QCOMPARE(h->window(1)->navigations, QStringList{"https://opened.example/"});
+        globals().NewWindowUrl = QStringLiteral("https://new.example/");
+        QCOMPARE(application("ActivateAction", {QString("new-window"), QVariantList(), QVariantMap()}).type(),
+                 QDBusMessage::ReplyMessage);
+        QCOMPARE(h->window(2)->navigations, QStringList{"https://new.example/"});
+        QDBusMessage reply = application("ActivateAction", {QString("stop"), QVariantList(), QVariantMap()});
+        QCOMPARE(reply.errorMessage(), QStringLiteral("No list is running."));
+        reply = application("ActivateAction", {QString("run-startup-list"), QVariantList(), QVariantMap()});
+        QCOMPARE(reply.errorMessage(), QStringLiteral("No start-up list is chosen in the options."));
+        QCOMPARE(host.startupRuns, 1);
+        reply = application("ActivateAction", {QString("format-disk"), QVariantList(), QVariantMap()});
+        QCOMPARE(reply.errorName(), QStringLiteral("org.freedesktop.DBus.Error.InvalidArgs"));
+    }
     void theInterfaceIsTheOneDescribed()
     {
         const QDBusMessage reply = m_client.call(
