@@ -348,7 +348,7 @@ void WebBrowserWindow::onFrameReport(const FrameReport::Report& report)
     if (report.kind == FrameReport::Report::Created) {
         if (report.topFrame)
             m_documentTitle.clear(); // a new top document: its title is not known yet
-        emit navigateComplete(report.url);
+        emit navigateComplete(addressOf(report.url));
         return;
     }
     if (report.topFrame) {
@@ -356,7 +356,16 @@ void WebBrowserWindow::onFrameReport(const FrameReport::Report& report)
         if (!report.title.isEmpty())
             m_documentTitle = report.title;
     }
-    emit documentComplete(report.url);
+    emit documentComplete(addressOf(report.url));
+}
+
+QString WebBrowserWindow::addressOf(const QString& reported) const
+{
+    if (!reported.startsWith(QLatin1String("chrome-error:")))
+        return reported;
+    // The error page may report itself before the engine tells the load failed.
+    const QUrl failed = m_failedUrl.isValid() ? m_failedUrl : m_page->requestedUrl();
+    return failed.isValid() ? failed.toString() : reported;
 }
 
 void WebBrowserWindow::onLoadFinished()
@@ -368,7 +377,7 @@ void WebBrowserWindow::onLoadFinished()
         if (load != m_loadNumber || m_topCompleted)
             return;
         m_topCompleted = true;
-        const QString url = m_page->url().toString();
+        const QString url = addressOf(m_page->url().toString());
         emit navigateComplete(url);
         emit documentComplete(url);
     });

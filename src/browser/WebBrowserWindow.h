@@ -76,6 +76,9 @@ private:
     void showStagedPage(quint64 staging);
     void onFrameReport(const FrameReport::Report& report);
     void onLoadFinished();
+    // The address a document reports, but for the engine's own error page: the address that
+    // failed, where the window still is as far as anybody using it is concerned.
+    QString addressOf(const QString& reported) const;
     void onTitleChanged();
     void onLoadingChanged(const QWebEngineLoadingInfo& info);
     // The look's zoom on a page about to load; a fit to the width once it has loaded, then `then`.

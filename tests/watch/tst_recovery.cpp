@@ -2,6 +2,7 @@
 #include "watch/WindowRecovery.h"
 #include "surf/SurfPanel.h"
 #include "surf/WindowStates.h"
+#include "verbs/Verbs.h"
 #include "browser/BrowserFrame.h"
 #include "browser/BrowserPage.h"
 
@@ -68,6 +69,10 @@ private slots:
                                   kLoadTimeoutMs);
         QVERIFY(m_main->webForm()->recovery()->recovery(1).failures() >= 1);
         QVERIFY(log().filter(" load failed: window 1 " + url).size() >= 1);
+        // The window is still where it was sent, not at the engine's error page: that is what the
+        // state, the session and a restart after a crash go on with.
+        QTest::qWait(500);
+        QCOMPARE(m_main->verbs()->window(1).address, url);
         // The server comes up: the next try shows the page.
         LocalHttpServer late;
         late.setPage("/late.html", "<html><head><title>Late Page</title></head><body>late</body></html>");
