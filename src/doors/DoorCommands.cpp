@@ -77,7 +77,6 @@ QJsonObject runJson(const RunState& run)
             {QStringLiteral("heldByPerson"), run.heldByPerson}};
 }
 
-// The address a page given from outside stands for: a shortcut file's, or the address itself.
 // A shortcut file given by its path, or as the file manager hands it over (a file: URL, for the
 // launcher's %U); empty when `page` is no such file name.
 QString shortcutPath(const QString& page)
@@ -87,6 +86,7 @@ QString shortcutPath(const QString& page)
     return path.endsWith(QLatin1String(".url"), Qt::CaseInsensitive) ? path : QString();
 }
 
+// The address a page given from outside stands for: a shortcut file's, or the address itself.
 std::optional<QString> addressOf(const QString& page, const QString& folder, QString* why)
 {
     if (const QString path = shortcutPath(page); !path.isEmpty()) {
@@ -110,13 +110,8 @@ std::optional<QString> addressOf(const QString& page, const QString& folder, QSt
 
 Reply open(const CommandRequest& request, Verbs& verbs, DoorHost& host, const QString& folder, const QString& token)
 {
-    if (request.pages.isEmpty() && request.where == CommandRequest::Where::NewWindow) {
-        // The launcher's "New Window": the New button's page, in a new window.
-        Globals& g = globals();
-        if (!g.NewWindowUrl.trimmed().isEmpty())
-            g.CurrentUrl = g.NewWindowUrl;
-        return answer(verbs.NewBtnAction(true, Caller::Outside));
-    }
+    if (request.pages.isEmpty() && request.where == CommandRequest::Where::NewWindow)
+        return answer(verbs.openNewPage(true, Caller::Outside)); // the launcher's "New Window"
     if (request.pages.isEmpty()) {
         host.raise(token); // a plain start while one runs: the running one comes up
         return done();
@@ -131,22 +126,22 @@ Reply open(const CommandRequest& request, Verbs& verbs, DoorHost& host, const QS
         const QString path = shortcutPath(page);
         pages.append({*address, path.isEmpty() ? QString() : QFileInfo(path).completeBaseName()});
     }
+    OpenWhere where = OpenWhere::NewWindow;
+    switch (request.where) {
+    case CommandRequest::Where::AsTheNewButton:
+        where = globals().NewWindowMode ? OpenWhere::NewWindow : OpenWhere::CurrentWindow;
+        break;
+    case CommandRequest::Where::NewWindow:
+        where = OpenWhere::NewWindow;
+        break;
+    case CommandRequest::Where::CurrentWindow:
+        where = OpenWhere::CurrentWindow;
+        break;
+    case CommandRequest::Where::Slot:
+        where = OpenWhere::Slot;
+        break;
+    }
     for (qsizetype i = 0; i < pages.size(); ++i) {
-        OpenWhere where = OpenWhere::NewWindow;
-        switch (request.where) {
-        case CommandRequest::Where::AsTheNewButton:
-            where = verbs.state().newWindowMode ? OpenWhere::NewWindow : OpenWhere::CurrentWindow;
-            break;
-        case CommandRequest::Where::NewWindow:
-            where = OpenWhere::NewWindow;
-            break;
-        case CommandRequest::Where::CurrentWindow:
-            where = OpenWhere::CurrentWindow;
-            break;
-        case CommandRequest::Where::Slot:
-            where = OpenWhere::Slot;
-            break;
-        }
         const VerbResult result = verbs.openPage(pages[i].first, pages[i].second, where, request.slot, Caller::Outside);
         if (!result.ok()) {
             Reply reply = answer(result);

@@ -136,10 +136,7 @@ void SurfPanel::showNewWindowMode(bool newWindows)
 
 void SurfPanel::NewBtn_Click()
 {
-    Globals& g = globals();
-    if (!g.NewWindowUrl.trimmed().isEmpty())
-        g.CurrentUrl = g.NewWindowUrl;
-    m_verbs->NewBtnAction(g.NewWindowMode);
+    m_verbs->openNewPage(globals().NewWindowMode);
 }
 
 void SurfPanel::Button_Click(int row)

@@ -200,6 +200,14 @@ VerbResult Verbs::NewBtnAction(bool newWindow, Caller caller)
     return VerbResult::done();
 }
 
+VerbResult Verbs::openNewPage(bool newWindow, Caller caller)
+{
+    Globals& g = globals();
+    if (!g.NewWindowUrl.trimmed().isEmpty())
+        g.CurrentUrl = g.NewWindowUrl;
+    return NewBtnAction(newWindow, caller);
+}
+
 void Verbs::pageAskedForWindow(const QString& address, bool userInitiated)
 {
     if (!m_newWindowGate.admit(userInitiated, Clock::secondsSinceMidnight()))

@@ -61,6 +61,9 @@ public:
                         Caller caller = Caller::Person) override;
     // Opens CurrentUrl in a new window or the current one: the path of the program's own buttons.
     VerbResult NewBtnAction(bool newWindow, Caller caller = Caller::Person) override;
+    // The New button: the New page of the options (when one is set) in a new window or the
+    // current one.
+    VerbResult openNewPage(bool newWindow, Caller caller = Caller::Person);
     // A page that asks for a window by itself goes the New button's path; bursts of such requests
     // at the limit ask once (see NewWindowGate).
     void pageAskedForWindow(const QString& address, bool userInitiated);
