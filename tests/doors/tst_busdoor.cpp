@@ -1,6 +1,7 @@
 // Vantrel's interface on a private session bus started by the test (dbus-daemon), called from a
 // second connection as another program would: the verbs as methods, refusals as D-Bus errors in
 // words, the state as properties with PropertiesChanged, and a signal for each page shown.
+#include "RecordingDoorHost.h"
 #include "VerbsHarness.h"
 #include "doors/BusDoor.h"
 
@@ -13,21 +14,6 @@
 #include <QTest>
 
 namespace {
-
-struct RecordingHost : DoorHost
-{
-    QStringList raised;
-    QList<bool> quits;
-    void raise(const QString& token) override { raised << token; }
-    void quit(bool discard) override { quits << discard; }
-    bool startupListChosen = false;
-    int startupRuns = 0;
-    bool runStartupList() override
-    {
-        ++startupRuns;
-        return startupListChosen;
-    }
-};
 
 // What a program on the bus hears of Vantrel's properties.
 class PropertiesListener : public QObject
@@ -52,7 +38,7 @@ class TestBusDoor : public QObject
     QProcess m_daemon;
     QString m_address;
     std::unique_ptr<VerbsHarness> h;
-    RecordingHost host;
+    RecordingDoorHost host;
     std::unique_ptr<BusDoor> door;
     int m_connections = 0;
 
@@ -87,7 +73,7 @@ private slots:
     {
         h = std::make_unique<VerbsHarness>();
         h->setLists({{QStringLiteral("Walls"), {{"W1", "https://w1.example/"}, {"W2", "https://w2.example/"}}}});
-        host = RecordingHost();
+        host = RecordingDoorHost();
         door = std::make_unique<BusDoor>(h->verbs.get(), &host);
         QString why;
         QVERIFY2(door->publish(connect("vantrel"), &why), qPrintable(why));

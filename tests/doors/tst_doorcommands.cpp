@@ -1,6 +1,7 @@
 // Requests from outside carried out through the verbs, with scripted windows and the manual clock:
 // pages opened where asked (shortcut files too, only http and https), runs started and steered,
 // refusals in words with their status, the state as JSON, raise and quit handed to the window.
+#include "RecordingDoorHost.h"
 #include "VerbsHarness.h"
 #include "doors/DoorCommands.h"
 
@@ -10,31 +11,12 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace {
-
-struct RecordingHost : DoorHost
-{
-    QStringList raised;
-    QList<bool> quits;
-    void raise(const QString& token) override { raised << token; }
-    void quit(bool discard) override { quits << discard; }
-    bool startupListChosen = false;
-    int startupRuns = 0;
-    bool runStartupList() override
-    {
-        ++startupRuns;
-        return startupListChosen;
-    }
-};
-
-} // namespace
-
 class TestDoorCommands : public QObject
 {
     Q_OBJECT
 
     std::unique_ptr<VerbsHarness> h;
-    RecordingHost host;
+    RecordingDoorHost host;
     QTemporaryDir folder;
 
     DoorMessage::Reply carryOut(const QStringList& arguments)
@@ -52,7 +34,7 @@ private slots:
         h = std::make_unique<VerbsHarness>();
         h->setLists({{QStringLiteral("Walls"), {{"W1", "https://w1.example/"}, {"W2", "https://w2.example/"}}},
                      {QStringLiteral("Lobby"), {{"L1", "https://l1.example/"}}}});
-        host = RecordingHost();
+        host = RecordingDoorHost();
     }
     void cleanup() { h.reset(); }
 
