@@ -17,6 +17,8 @@ FavoritesPanel::FavoritesPanel(QFrame* sharedPanel, Verbs* verbs, SurfPanel* row
 {
     setObjectName(QStringLiteral("FavoritesPanel"));
     m_tree = new KeyedTree(QStringLiteral("SSTree1"), sharedPanel);
+    m_tree->setAccessibleName(tr("Favorites"));
+    m_tree->setHeaderLabel(tr("Favorites")); // what a screen reader says of the hidden header
     m_tree->setToolTip(tr("Your Favorites folder"));
     m_distFavBtn = new GradientButton(QStringLiteral("DistFavBtn"), QString(), sharedPanel);
     auto* treeLayout = new QVBoxLayout(sharedPanel);

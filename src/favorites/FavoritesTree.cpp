@@ -30,6 +30,7 @@ FavoritesTree::FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, 
     : QObject(tree), m_tree(tree), m_model(verbs->favorites()), m_distribute(distributeButton), m_verbs(verbs),
       m_rows(rows)
 {
+    connect(rows, &SurfPanel::rowPageToFavorites, this, &FavoritesTree::addRowPageToCurrentFolder);
     connect(m_model, &FavoritesModel::reset, this, &FavoritesTree::showAll);
     connect(m_model, &FavoritesModel::added, this, &FavoritesTree::showAdded);
     connect(m_model, &FavoritesModel::removed, this, &FavoritesTree::showRemoved);
@@ -184,6 +185,15 @@ void FavoritesTree::controlDropped(const QString& sourceTag, const QPoint& pos)
     // This drop is over: a later drop must not be taken for it.
     m_rows->RowDragToFavorites = false;
     m_rows->RowDragToList = false;
+}
+
+void FavoritesTree::addRowPageToCurrentFolder()
+{
+    auto* current = static_cast<KeyedNode*>(m_tree->currentItem());
+    while (current && !current->isFolder())
+        current = current->parentNode();
+    m_tree->setFocus(Qt::OtherFocusReason);
+    addDroppedPage(current, true);
 }
 
 void FavoritesTree::textDropped(const QString& text, const QString& title, const QPoint& pos)

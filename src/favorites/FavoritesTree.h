@@ -38,6 +38,9 @@ public:
     void nodeClicked(KeyedNode* node);
     void nodeDoubleClicked(KeyedNode* node);
     void controlDropped(const QString& sourceTag, const QPoint& pos);
+    // A row's page sent from the keyboard: it goes to the folder of the tree's current item (a
+    // favourite's own folder), or, asked first, to the top of Favorites.
+    void addRowPageToCurrentFolder();
     void textDropped(const QString& text, const QString& title, const QPoint& pos);
     void deleteRequested(KeyedNode* node);
     void mousePressed(const QPoint& pos);

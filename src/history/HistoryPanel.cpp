@@ -20,6 +20,8 @@ HistoryPanel::HistoryPanel(Verbs* verbs)
     m_frame5 = new QFrame(this);
     m_frame5->setObjectName(QStringLiteral("Frame5"));
     m_tree = new KeyedTree(QStringLiteral("SSTree3"), m_frame5);
+    m_tree->setAccessibleName(tr("History"));
+    m_tree->setHeaderLabel(tr("History")); // what a screen reader says of the hidden header
     m_tree->setToolTip(QStringLiteral("Drag and Drop History URL's to Favorites"));
     auto* layout = new QVBoxLayout(m_frame5);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -25,6 +25,8 @@ ListsPanel::ListsPanel(QComboBox* listNames, Verbs* verbs, SurfPanel* rows, Favo
     m_frame3 = new QFrame(this);
     m_frame3->setObjectName(QStringLiteral("Frame3"));
     m_tree = new KeyedTree(QStringLiteral("SSTree2"), m_frame3);
+    m_tree->setAccessibleName(tr("Favorite Lists"));
+    m_tree->setHeaderLabel(tr("Favorite Lists")); // what a screen reader says of the hidden header
     m_tree->setToolTip(tr("Your favourite lists: drop pages on a list, double-click a page to open it"));
     auto* layout = new QVBoxLayout(m_frame3);
     layout->setContentsMargins(0, 0, 0, 0);

@@ -26,6 +26,7 @@ ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPa
     : QObject(tree), m_tree(tree), m_model(verbs->lists()), m_listNames(listNames), m_verbs(verbs), m_rows(rows),
       m_favorites(favorites)
 {
+    connect(rows, &SurfPanel::rowPageToList, this, &ListsTree::addRowPageToCurrentList);
     connect(m_model, &ListsModel::reset, this, &ListsTree::showAll);
     connect(m_model, &ListsModel::groupAdded, this, &ListsTree::showList);
     connect(m_model, &ListsModel::pageAdded, this, &ListsTree::showPage);
@@ -218,6 +219,18 @@ void ListsTree::dropOn(const QPoint& pos)
     DropNodeKey = target ? target->listTag() : QString();
     if (DropNodeKey.isEmpty())
         return; // dropped beside the lists
+    AddPageToList();
+}
+
+void ListsTree::addRowPageToCurrentList()
+{
+    const auto* current = static_cast<KeyedNode*>(m_tree->currentItem());
+    m_tree->setFocus(Qt::OtherFocusReason);
+    DropNodeKey = current ? current->listTag() : QString();
+    if (DropNodeKey.isEmpty()) {
+        DialogService::message(QStringLiteral("Choose a list in the Lists tab first, then press the row's list button again."));
+        return;
+    }
     AddPageToList();
 }
 

@@ -65,6 +65,9 @@ public:
 
     // The handlers, reachable for the program's own drags and for tests.
     void controlDropped(const QString& sourceTag, const QPoint& pos);
+    // A row's page sent from the keyboard: it goes to the list of the tree's current item; with
+    // no list chosen, the person is told to choose one.
+    void addRowPageToCurrentList();
     void textDropped(const QString& text, const QString& title, const QPoint& pos);
     void linksDropped(const QStringList& addresses, const QPoint& pos);
     void mousePressed();

@@ -26,6 +26,7 @@
 #include "lists/ListsPanel.h"
 #include "lists/ListsTree.h"
 #include "lists/RunList1.h"
+#include "widgets/AccessibleControls.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
 #include "widgets/TabStrip.h"
@@ -66,6 +67,7 @@ const QStringList& tabCaptions()
 Vantrel1::Vantrel1() : QWidget(nullptr)
 {
     Q_INIT_RESOURCE(resources); // the help page and icons live in the program's static library
+    installAccessibleControls();  // before the first control a screen reader may ask about
     setObjectName(QStringLiteral("Vantrel1"));
     setWindowTitle(QStringLiteral("Vantrel"));
     setMinimumSize(twipsToPixels(2500), twipsToPixels(2000));

@@ -82,6 +82,7 @@ OptionsPanel::OptionsPanel()
     setObjectName(QStringLiteral("OptionsPanel"));
     m_frame = new QGroupBox(QStringLiteral(" Program Options "));
     m_frame->setObjectName(QStringLiteral("Frame6"));
+    m_frame->setAccessibleName(tr("Program Options"));
     auto* column = new QVBoxLayout(m_frame);
     column->setSpacing(3);
 
@@ -118,6 +119,7 @@ OptionsPanel::OptionsPanel()
 
     auto* fontFrame = new QGroupBox(QStringLiteral(" Font Type "), m_frame);
     fontFrame->setObjectName(QStringLiteral("SSFrame1"));
+    fontFrame->setAccessibleName(tr("Font Type"));
     auto* fontGrid = new QGridLayout(fontFrame);
     fontGrid->setVerticalSpacing(0);
     for (int i = 0; i < 5; ++i) {
@@ -182,6 +184,9 @@ OptionsPanel::OptionsPanel()
     scroll->setFrameShape(QFrame::NoFrame);
     scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    // The keyboard goes from control to control and the area follows it; a stop on the area itself
+    // would be a nameless one.
+    scroll->setFocusPolicy(Qt::NoFocus);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);

@@ -51,6 +51,16 @@ SurfPanel::SurfPanel(QWidget* parent) : QFrame(parent)
     connect(m_rows, &SurfRows::rowClicked, this, &SurfPanel::Button_Click);
     connect(m_rows, &SurfRows::addFavPressed, this, &SurfPanel::AddFavBtn_Click);
     connect(m_rows, &SurfRows::addListPressed, this, &SurfPanel::AddListBtn_Click);
+    connect(m_rows, &SurfRows::addFavChosen, this, [this](int row) {
+        AddFavBtn(row)->setDown(false); // what the tree asks comes before the key is let go
+        takeRowPage(row, kFavoritesTab);
+        emit rowPageToFavorites();
+    });
+    connect(m_rows, &SurfRows::addListChosen, this, [this](int row) {
+        AddListBtn(row)->setDown(false);
+        takeRowPage(row, kListsTab);
+        emit rowPageToList();
+    });
 
     m_newBtn = new GradientButton(QStringLiteral("NewBtn"), tr("New"), this);
     m_newBtn->setToolTip(tr("Open a browser window at the New Explorer URL"));
@@ -156,15 +166,20 @@ void SurfPanel::AddListBtn_Click(int row)
     dragRowPage(row, AddListBtn(row), kListsTab);
 }
 
-void SurfPanel::dragRowPage(int row, GradientButton* source, int tab)
+void SurfPanel::takeRowPage(int row, int tab)
 {
     Globals& g = globals();
     g.CurrentUrl = Button(row)->tag();
     g.CurrentTitle = Button(row)->text();
     DragRowIndex = row;
-    // The target's tab comes forward before the drag begins: the drop lands on its tree.
     if (m_selectTab)
         m_selectTab(tab);
+}
+
+void SurfPanel::dragRowPage(int row, GradientButton* source, int tab)
+{
+    // The target's tab comes forward before the drag begins: the drop lands on its tree.
+    takeRowPage(row, tab);
     ControlDrag::start(source, source->tag());
     source->setDown(false);
 }

@@ -73,6 +73,12 @@ public:
     // The selected tab changes when a row's page is dragged off to Favorites (1) or Lists (2).
     void setTabSelector(std::function<void(int)> selectTab) { m_selectTab = std::move(selectTab); }
 
+signals:
+    // A row's add button pressed from the keyboard: CurrentUrl and CurrentTitle hold the row's
+    // page, and the tree's tab is in front; the tree adds it where its current item is.
+    void rowPageToFavorites();
+    void rowPageToList();
+
 private:
     void NewBtn_Click();
     void Button_Click(int row);
@@ -81,6 +87,8 @@ private:
     void QuikViewBtn_Click();
     // Hands the row's page to a drag of `source` towards the tree on `tab`.
     void dragRowPage(int row, GradientButton* source, int tab);
+    // Hands the row's page to the tree on `tab` without a drag.
+    void takeRowPage(int row, int tab);
     // What the verbs tell the rows.
     void showWindowShown(int slot, bool updateCalendar);
     void showBroughtForward(int previousSlot, int slot);

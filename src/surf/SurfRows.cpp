@@ -16,6 +16,13 @@ bool isRow(int row)
     return row >= 0 && row < SurfRows::kRows;
 }
 
+// A screen reader hears which window a row is and what it shows, even before its title comes.
+void nameRow(GradientButton* row, int index, const QString& shown)
+{
+    row->setAccessibleName(shown.isEmpty() ? SurfRows::tr("Window %1, not open").arg(index + 1)
+                                           : SurfRows::tr("Window %1: %2").arg(index + 1).arg(shown));
+}
+
 } // namespace
 
 SurfRows::SurfRows(QWidget* panel) : QObject(panel)
@@ -30,6 +37,7 @@ SurfRows::SurfRows(QWidget* panel) : QObject(panel)
         list->setToolTip(QStringLiteral("Add this URL to Favorite List - Drop on Favorite List"));
         fav->setAccessibleName(tr("Add page %1 to Favorites").arg(row + 1));
         list->setAccessibleName(tr("Add page %1 to a Favorite List").arg(row + 1));
+        nameRow(button, row, QString());
         m_button[size_t(row)] = button;
         m_addFav[size_t(row)] = fav;
         m_addList[size_t(row)] = list;
@@ -37,8 +45,20 @@ SurfRows::SurfRows(QWidget* panel) : QObject(panel)
         fav->hide();
         list->hide();
         connect(button, &GradientButton::clicked, this, [this, row] { emit rowClicked(row); });
-        connect(fav, &GradientButton::pressed, this, [this, row] { emit addFavPressed(row); });
-        connect(list, &GradientButton::pressed, this, [this, row] { emit addListPressed(row); });
+        // The mouse drags the page to where it goes; the keyboard (or a screen reader's press)
+        // cannot carry it, so it sends the page to the place chosen in the tree.
+        connect(fav, &GradientButton::pressed, this, [this, fav, row] {
+            if (fav->pressedByMouse())
+                emit addFavPressed(row);
+            else
+                emit addFavChosen(row);
+        });
+        connect(list, &GradientButton::pressed, this, [this, list, row] {
+            if (list->pressedByMouse())
+                emit addListPressed(row);
+            else
+                emit addListChosen(row);
+        });
     }
     setAllRowsNormal();
 }
@@ -72,6 +92,7 @@ void SurfRows::hideRow(int row)
     if (!isRow(row))
         return;
     Button(row)->hide();
+    nameRow(Button(row), row, QString());
     AddFavBtn(row)->hide();
     AddListBtn(row)->hide();
 }
@@ -125,6 +146,7 @@ void SurfRows::showNavigating(int slot, const QString& address)
     const Globals& g = globals();
     GradientButton* row = Button(slot - 1);
     row->setText(address);
+    nameRow(row, slot - 1, tr("loading %1").arg(address));
     row->setValue(true);
     row->setBackColor(g.ButtonTextColor);
     row->setTextColor(kPureBlue);
@@ -140,6 +162,7 @@ void SurfRows::showCompleted(int slot, const QString& url, const QString& title)
     row->setTag(url);
     row->setToolTip(url);
     row->setText(title);
+    nameRow(row, slot - 1, title.isEmpty() ? url : title);
 }
 
 void SurfRows::showTitle(int slot, const QString& title)
@@ -148,5 +171,6 @@ void SurfRows::showTitle(int slot, const QString& title)
         return;
     GradientButton* row = Button(slot - 1);
     row->setText(title);
+    nameRow(row, slot - 1, title.isEmpty() ? row->tag() : title);
     row->update();
 }

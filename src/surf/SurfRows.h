@@ -49,6 +49,9 @@ signals:
     // carried to the tree.
     void addFavPressed(int row);
     void addListPressed(int row);
+    // The add buttons pressed from the keyboard: the page goes to the place chosen in the tree.
+    void addFavChosen(int row);
+    void addListChosen(int row);
 
 private:
     std::array<GradientButton*, kRows> m_button{};

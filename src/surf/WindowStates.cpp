@@ -40,6 +40,7 @@ WindowStates::WindowStates(const std::array<GradientButton*, 8>& rows, QObject* 
         badge->setFixedSize(kBadgeSize, kBadgeSize);
         badge->move(3, 3);
         badge->hide();
+        badge->setAccessibleName(tr("Window %1: no page state yet").arg(slot));
         m_badges[size_t(slot - 1)] = badge;
         auto* paused = new QLabel(QStringLiteral("paused"), row);
         paused->setObjectName(QStringLiteral("RowPaused_%1").arg(slot - 1));
@@ -91,7 +92,7 @@ void WindowStates::show(int slot, PageRecovery::State state, const QString& tool
     const bool visible = state != PageRecovery::State::Idle;
     label->setPixmap(iconOf(state).pixmap(kBadgeSize, kBadgeSize));
     label->setToolTip(toolTip);
-    label->setAccessibleName(toolTip);
+    label->setAccessibleName(toolTip.isEmpty() ? tr("Window %1: no page state yet").arg(slot) : toolTip);
     label->move(3, std::max(0, (row->height() - kBadgeSize) / 2));
     label->setVisible(visible);
     // The caption keeps clear of the picture.

@@ -24,6 +24,11 @@ void ColorSwatch::setValue(int32_t value)
 
 void ColorSwatch::mouseDoubleClickEvent(QMouseEvent*)
 {
+    chooseColor();
+}
+
+void ColorSwatch::chooseColor()
+{
     const QColor shown = StoredColor::resolve(m_value, palette());
     if (const auto chosen = DialogService::chooseColor(shown.isValid() ? shown : QColor(Qt::white)))
         setValue(StoredColor::fromColor(*chosen));
@@ -33,7 +38,7 @@ void ColorSwatch::keyPressEvent(QKeyEvent* event)
 {
     // Keys choose nothing here; Enter and Space open the dialog, as a double click does.
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space) {
-        mouseDoubleClickEvent(nullptr);
+        chooseColor();
         return;
     }
     event->ignore();

@@ -17,6 +17,9 @@ public:
     int32_t value() const { return m_value; }
     void setValue(int32_t value);
 
+    // Opens "Select Color" at the shown colour; the colour chosen is shown, a cancel leaves it.
+    void chooseColor();
+
 protected:
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -73,6 +73,13 @@ QColor GradientButton::resolvedEndColor() const
     return resolvedOr(m_endColor, palette(), QPalette::Button);
 }
 
+void GradientButton::mousePressEvent(QMouseEvent* event)
+{
+    m_pressedByMouse = true;
+    QPushButton::mousePressEvent(event);
+    m_pressedByMouse = false;
+}
+
 void GradientButton::nextCheckState()
 {
     if (m_twoState)

@@ -50,6 +50,10 @@ public:
     void setLeftInset(int pixels);
     int leftInset() const { return m_leftInset; }
 
+    // True while pressed() is emitted for a mouse button: a press that can start a drag. A press
+    // from the keyboard or a screen reader cannot carry anything.
+    bool pressedByMouse() const { return m_pressedByMouse; }
+
     // Drags of the program's controls may be dropped on the button; controlDropped() tells.
     void setAcceptsControlDrops(bool on);
 
@@ -73,6 +77,7 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
     void nextCheckState() override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -80,6 +85,7 @@ protected:
 private:
     QString m_tag;
     bool m_twoState = false;
+    bool m_pressedByMouse = false;
     int32_t m_backColor = int32_t(0x8000000F); // button face
     int32_t m_textColor = int32_t(0x80000012); // button text
     int32_t m_endColor = int32_t(0x8000000F);

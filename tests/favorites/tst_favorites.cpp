@@ -209,6 +209,33 @@ private slots:
         dropControl("AddBtn", pointOf("Links/news"));
         QCOMPARE(QDir(fav("Links")).entryList(QDir::Files).size(), 2); // nothing added on a shortcut
     }
+    void rowsFavoritesButtonFromTheKeyboardAddsThePageToTheChosenFolder()
+    {
+        shortcut("Links/news.url", "https://news/");
+        start();
+        g.CurrentUrl = "https://open/";
+        m_main->NewBtnAction(true);
+        m_created[0]->load("https://keys.example/", "Keyed Page");
+        m_main->surf()->rows()->showCompleted(1, "https://keys.example/", "Keyed Page");
+        bool dragged = false;
+        ControlDrag::setTestHook([&](QWidget*, const QMimeData&) { dragged = true; });
+        // A favourite chosen in the tree: the page goes beside it, into its folder, unasked.
+        tree()->setCurrentItem(tree()->node("Links/news"));
+        m_main->TabStrip1()->setCurrentIndex(0);
+        QTest::keyClick(m_main->surf()->AddFavBtn(0), Qt::Key_Space);
+        QVERIFY(!dragged);
+        QVERIFY(DialogService::shownTexts().isEmpty());
+        QVERIFY(QFile::exists(fav("Links/Keyed Page.URL")));
+        QCOMPARE(m_main->TabStrip1()->currentIndex(), 1);
+        QVERIFY(!m_main->surf()->AddFavBtn(0)->isDown());
+        // Nothing chosen: the top of Favorites, asked first as a drop beside the folders is.
+        tree()->setCurrentItem(nullptr);
+        DialogService::setNextAnswer(DialogService::Answer::Yes);
+        QTest::keyClick(m_main->surf()->AddFavBtn(0), Qt::Key_Space);
+        QCOMPARE(DialogService::shownTexts(), QStringList{"Do you want to add Keyed Page to Favorites? "});
+        QVERIFY(QFile::exists(fav("Keyed Page.URL")));
+        ControlDrag::setTestHook(nullptr);
+    }
     void dropsFromOtherControlsAreIgnored()
     {
         start();

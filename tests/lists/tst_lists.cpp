@@ -226,6 +226,30 @@ private slots:
         QCOMPARE(tree()->node("https://page.example//B")->nodeText(), QStringLiteral("The Page"));
         QVERIFY(DialogService::shownTexts().isEmpty());
     }
+    void rowsListButtonFromTheKeyboardAddsThePageToTheChosenList()
+    {
+        start("A[#@!] [#@!] \r\nA[#@!]First[#@!]https://first/\r\nB[#@!] [#@!] \r\n");
+        g.CurrentUrl = "https://open/";
+        m_main->NewBtnAction(true);
+        m_created[0]->load("https://page.example/", "The Page");
+        m_main->surf()->rows()->showCompleted(1, "https://page.example/", "The Page");
+        bool dragged = false;
+        ControlDrag::setTestHook([&](QWidget*, const QMimeData&) { dragged = true; });
+        m_main->TabStrip1()->setCurrentIndex(0);
+        // No list chosen yet: the person is told what to do, and nothing is added.
+        tree()->setCurrentItem(nullptr);
+        QTest::keyClick(m_main->surf()->AddListBtn(0), Qt::Key_Space);
+        QCOMPARE(DialogService::shownTexts(),
+                 QStringList{"Choose a list in the Lists tab first, then press the row's list button again."});
+        QCOMPARE(m_main->TabStrip1()->currentIndex(), 2);
+        // A page of list A chosen: the row's page joins A.
+        tree()->setCurrentItem(tree()->node("https://first//A"));
+        QTest::keyClick(m_main->surf()->AddListBtn(0), Qt::Key_Space);
+        QVERIFY(tree()->node("https://page.example//A"));
+        QVERIFY(!tree()->node("https://page.example//B"));
+        QVERIFY(!dragged);
+        ControlDrag::setTestHook(nullptr);
+    }
     void dropOnAPageAddsToThatPagesList()
     {
         start("A[#@!] [#@!] \r\nA[#@!]First[#@!]https://first/\r\n");

@@ -2,8 +2,10 @@
 // without their list button, and what a window's navigation and completed page show on its row.
 #include "core/Globals.h"
 #include "surf/SurfRows.h"
+#include "widgets/AccessibleControls.h"
 #include "widgets/GradientButton.h"
 
+#include <QAccessible>
 #include <QSignalSpy>
 #include <QTest>
 #include <QWidget>
@@ -13,6 +15,7 @@ class TestSurfRows : public QObject
     Q_OBJECT
 
 private slots:
+    void initTestCase() { installAccessibleControls(); } // as the main window does
     void init() { resetGlobals(); }
 
     void rowsStartHiddenAndNamedByTheirIndex()
@@ -25,6 +28,30 @@ private slots:
             QCOMPARE(rows.AddListBtn(row)->tag(), QStringLiteral("AddListBtn"));
             QVERIFY(rows.Button(row)->isHidden());
         }
+    }
+
+    void aScreenReaderHearsWhichWindowARowIsAndWhatItShows()
+    {
+        QWidget panel;
+        SurfRows rows(&panel);
+        auto spoken = [&](int row) {
+            return QAccessible::queryAccessibleInterface(rows.Button(row))->text(QAccessible::Name);
+        };
+        QCOMPARE(spoken(2), QStringLiteral("Window 3, not open"));
+        rows.showNavigating(3, "https://loading.example/");
+        QCOMPARE(spoken(2), QStringLiteral("Window 3: loading https://loading.example/"));
+        rows.showCompleted(3, "https://loading.example/", "Loaded");
+        QCOMPARE(spoken(2), QStringLiteral("Window 3: Loaded"));
+        rows.showTitle(3, QString());
+        QCOMPARE(spoken(2), QStringLiteral("Window 3: https://loading.example/"));
+        rows.hideRow(2);
+        QCOMPARE(spoken(2), QStringLiteral("Window 3, not open"));
+        // The current window's row is a button pressed in, not a box ticked.
+        rows.setRowActive(2);
+        QCOMPARE(QAccessible::queryAccessibleInterface(rows.Button(2))->role(), QAccessible::Button);
+        QVERIFY(QAccessible::queryAccessibleInterface(rows.Button(2))->state().pressed);
+        rows.setRowNormal(2);
+        QVERIFY(!QAccessible::queryAccessibleInterface(rows.Button(2))->state().pressed);
     }
 
     void aSmallRowHasNoListButton()
