@@ -105,6 +105,14 @@ int main(int argc, char* argv[])
     MessageBoxBackend dialogs;
     DialogService::setBackend(&dialogs);
 
+    // The lock only sees starts that share this runtime folder; the session bus sees every start
+    // of this person's session. A Vantrel already there takes the arguments instead of a second one.
+    if (const std::optional<DoorMessage::Reply> reply = BusDoor::handOverToRunning(QDBusConnection::sessionBus(), handed)) {
+        std::fputs(qPrintable(reply->out), stdout);
+        std::fputs(qPrintable(reply->err), stderr);
+        return reply->status;
+    }
+
     // Open before the window loads: starts that come meanwhile wait in line, not in a second program.
     InstanceDoor door;
     door.listen(place);

@@ -7,6 +7,7 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusReply>
 
 namespace {
 
@@ -155,6 +156,40 @@ void BusDoor::Quit(bool discard)
 QString BusDoor::Status()
 {
     return carryOut(request(CommandRequest::Action::Status)).out.trimmed();
+}
+
+int BusDoor::HandOver(const QStringList& arguments, const QString& folder, const QString& activationToken,
+                      QString& out, QString& err)
+{
+    // The answer is the start's to print, refusals included: they are not errors of the call.
+    if (!m_verbs || !m_host) {
+        err = QStringLiteral("Vantrel is closing.\n");
+        return CommandLine::kRefused;
+    }
+    const DoorMessage::Reply reply =
+        DoorCommands::answer(DoorMessage::Request{arguments, folder, activationToken}, *m_verbs, *m_host);
+    out = reply.out;
+    err = reply.err;
+    return reply.status;
+}
+
+std::optional<DoorMessage::Reply> BusDoor::handOverToRunning(const QDBusConnection& bus,
+                                                             const DoorMessage::Request& request)
+{
+    if (!bus.isConnected() || !bus.interface())
+        return std::nullopt;
+    const QDBusReply<bool> owned = bus.interface()->isServiceRegistered(QString::fromLatin1(kService));
+    if (!owned.isValid() || !owned.value())
+        return std::nullopt;
+    QDBusMessage call = QDBusMessage::createMethodCall(QString::fromLatin1(kService), QString::fromLatin1(kPath),
+                                                      QString::fromLatin1(kInterface), QStringLiteral("HandOver"));
+    call << request.arguments << request.folder << request.activationToken;
+    // As long as a start waits for the program that holds the lock: a busy program still answers.
+    const QDBusMessage answer = bus.call(call, QDBus::Block, 20000);
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.arguments().size() != 3)
+        return std::nullopt;
+    return DoorMessage::Reply{answer.arguments().at(0).toInt(), answer.arguments().at(1).toString(),
+                              answer.arguments().at(2).toString(), false};
 }
 
 namespace {

@@ -8,6 +8,8 @@
 #include <QPointer>
 #include <QVariantMap>
 
+#include <optional>
+
 class Verbs;
 
 // Vantrel on the user's session bus: org.vantrel.Vantrel at /org/vantrel/Vantrel, its interface
@@ -42,6 +44,12 @@ public:
     // the name is another's.
     bool publish(const QDBusConnection& bus, QString* why = nullptr);
 
+    // A start that would become the program but finds Vantrel already on `bus` (its runtime
+    // folder was another, so the socket did not find it) hands `request` over there; the answer,
+    // or none when no other Vantrel is on the bus or it did not answer.
+    static std::optional<DoorMessage::Reply> handOverToRunning(const QDBusConnection& bus,
+                                                               const DoorMessage::Request& request);
+
     QString State() const;
     int CurrentWindow() const;
     int WindowCount() const;
@@ -63,6 +71,8 @@ public slots:
     void Raise(const QString& activationToken);
     void Quit(bool discard);
     QString Status();
+    int HandOver(const QStringList& arguments, const QString& folder, const QString& activationToken, QString& out,
+                 QString& err);
 
     // org.freedesktop.Application: the desktop's way in.
     void Activate(const QVariantMap& platformData);

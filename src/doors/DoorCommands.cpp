@@ -211,6 +211,20 @@ Reply carryOut(const CommandRequest& request, Verbs& verbs, DoorHost& host, cons
     return refused(QStringLiteral("Nothing to do."));
 }
 
+DoorMessage::Reply answer(const DoorMessage::Request& request, Verbs& verbs, DoorHost& host,
+                          CommandRequest* parsed)
+{
+    const CommandRequest command = CommandLine::parse(request.arguments);
+    if (parsed)
+        *parsed = command;
+    if (!command.error.isEmpty())
+        return {CommandLine::kBadArgument, QString(), command.error + u'\n', false};
+    if (command.help || command.version)
+        return {CommandLine::kBadArgument, QString(),
+                QStringLiteral("--help and --version are answered by the start itself.\n"), false};
+    return carryOut(command, verbs, host, request.folder, request.activationToken);
+}
+
 QByteArray stateJson(const ProgramState& state)
 {
     QJsonArray windows;

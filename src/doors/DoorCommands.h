@@ -29,6 +29,11 @@ namespace DoorCommands {
 // `folder`: where the caller was started, for shortcut files named relative to it.
 DoorMessage::Reply carryOut(const CommandRequest& request, Verbs& verbs, DoorHost& host, const QString& folder,
                             const QString& activationToken);
+// A start's whole request (its arguments as given, its folder, its activation token), read and
+// carried out: a bad argument, or --help and --version (which the start answers itself), are
+// refused. `parsed`, when given, receives what the arguments asked for.
+DoorMessage::Reply answer(const DoorMessage::Request& request, Verbs& verbs, DoorHost& host,
+                          CommandRequest* parsed = nullptr);
 // The state as one line of JSON: the windows (slot, title, address, state), the runs (list,
 // position, seconds to the next page, paused) and the current window.
 QByteArray stateJson(const ProgramState& state);

@@ -173,14 +173,8 @@ void InstanceDoor::carryOut(Caller* caller, const DoorMessage::Request& request)
 {
     if (!caller->socket || !m_verbs || !m_host)
         return;
-    const CommandRequest command = CommandLine::parse(request.arguments);
-    DoorMessage::Reply reply;
-    if (!command.error.isEmpty())
-        reply = {CommandLine::kBadArgument, QString(), command.error + u'\n', false};
-    else if (command.help || command.version)
-        reply = {CommandLine::kBadArgument, QString(), QStringLiteral("--help and --version are answered by the start itself.\n"), false};
-    else
-        reply = DoorCommands::carryOut(command, *m_verbs, *m_host, request.folder, request.activationToken);
+    CommandRequest command;
+    DoorMessage::Reply reply = DoorCommands::answer(request, *m_verbs, *m_host, &command);
     if (command.action == CommandRequest::Action::Status && command.watch && reply.status == CommandLine::kDone) {
         reply.more = true;
         caller->socket->write(DoorMessage::encode(reply));

@@ -124,6 +124,27 @@ private slots:
         QCOMPARE(reply.errorMessage(), QStringLiteral("There is no window 9: the windows are 1 to 8."));
         QVERIFY(DialogService::shownTexts().isEmpty()); // nobody at the screen was asked anything
     }
+    void aStartsWholeArgumentsAreHandedOverAndAnsweredAsOnTheSocket()
+    {
+        QDBusMessage reply = call("HandOver", {QStringList{"--current-window", "https://a.example/"}, QString("/tmp"),
+                                               QString("tok")});
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(reply.arguments().value(0).toInt(), 0);
+        QCOMPARE(h->window(1)->navigations, QStringList{"https://a.example/"});
+        // A refusal is the start's answer to print and end with, not an error of the call.
+        reply = call("HandOver", {QStringList{"--run", "Shop"}, QString(), QString()});
+        QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(reply.arguments().value(0).toInt(), 3);
+        QCOMPARE(reply.arguments().value(2).toString(), QStringLiteral("There is no list \"Shop\". The lists are: Walls.\n"));
+        reply = call("HandOver", {QStringList{"--slot", "nine", "https://a.example/"}, QString(), QString()});
+        QCOMPARE(reply.arguments().value(0).toInt(), 2);
+        QVERIFY(reply.arguments().value(2).toString().contains("nine"));
+        reply = call("HandOver", {QStringList{"--status"}, QString(), QString()});
+        QCOMPARE(reply.arguments().value(0).toInt(), 0);
+        QVERIFY2(reply.arguments().value(1).toString().contains("\"address\":\"https://a.example/\""),
+                 qPrintable(reply.arguments().value(1).toString()));
+        QVERIFY(DialogService::shownTexts().isEmpty());
+    }
     void theStateIsReadAndEachChangeIsTold()
     {
         PropertiesListener listener;
@@ -190,7 +211,8 @@ private slots:
             QDBus::BlockWithGui);
         const QString xml = reply.arguments().value(0).toString();
         for (const char* part : {"<interface name=\"org.vantrel.Vantrel\">", "<method name=\"Open\">",
-                                 "<method name=\"Status\">", "<signal name=\"PageShown\">",
+                                 "<method name=\"Status\">", "<method name=\"HandOver\">",
+                                 "<signal name=\"PageShown\">",
                                  "name=\"SecondsToNext\""})
             QVERIFY2(xml.contains(QLatin1String(part)), part);
     }

@@ -276,6 +276,42 @@ private slots:
         daemon.kill();
         daemon.waitForFinished();
     }
+    void aStartThatLooksInAnotherRuntimeFolderFindsTheProgramOnTheBus()
+    {
+        QProcess daemon;
+        daemon.start("dbus-daemon", {"--session", "--nofork", "--print-address"});
+        QVERIFY(daemon.waitForStarted());
+        QVERIFY(daemon.waitForReadyRead(10000));
+        m_busAddress = QString::fromUtf8(daemon.readLine().trimmed());
+        QVERIFY(startFirst());
+        // The same person's session, but a runtime folder the first program's lock is not in.
+        const QString elsewhere = m_root->filePath("elsewhere");
+        QVERIFY(QDir().mkpath(elsewhere));
+        QVERIFY(QFile::setPermissions(elsewhere, QFileDevice::ReadOwner | QFileDevice::WriteOwner | QFileDevice::ExeOwner));
+        QProcess second;
+        QProcessEnvironment env = environment();
+        env.insert("XDG_RUNTIME_DIR", elsewhere);
+        second.setProcessEnvironment(env);
+        second.setWorkingDirectory(m_root->path());
+        second.start(QStringLiteral(VANTREL_PROGRAM), {"--new-window", "https://bus.invalid/"});
+        QVERIFY(second.waitForFinished(30000));
+        QCOMPARE(second.exitCode(), 0);
+        const QJsonArray windows = status().value("windows").toArray();
+        QVERIFY(std::any_of(windows.begin(), windows.end(), [](const QJsonValue& window) {
+            return window.toObject().value("address").toString() == u"https://bus.invalid/";
+        }));
+        // A refusal comes back to the start as it would through the socket.
+        second.start(QStringLiteral(VANTREL_PROGRAM), {"--run", "Nope"});
+        QVERIFY(second.waitForFinished(30000));
+        QCOMPARE(second.exitCode(), 3);
+        QVERIFY(QString::fromLocal8Bit(second.readAllStandardError()).contains("There is no list \"Nope\""));
+        QCOMPARE(m_first->state(), QProcess::Running);
+        QCOMPARE(vantrel({"--quit"}).status, 0);
+        QVERIFY(m_first->waitForFinished(30000));
+        m_busAddress.clear();
+        daemon.kill();
+        daemon.waitForFinished();
+    }
     void aSocketThatIsNotTheUsersOwnIsNeverSpokenTo()
     {
         if (::geteuid() != 0)
