@@ -1,6 +1,7 @@
 #include "browser/BrowserEngine.h"
 #include "doors/BusDoor.h"
 #include "core/PlatformChoice.h"
+#include "desktop/Autostart.h"
 #include "doors/CommandLine.h"
 #include "doors/DoorCommands.h"
 #include "doors/InstanceClient.h"
@@ -93,6 +94,7 @@ int main(int argc, char* argv[])
     PlatformChoice::apply();
     BrowserEngine::prepare();
     QApplication app(argc, argv);
+    Autostart::command(); // taken from the environment before any page's process can inherit it
     QApplication::setApplicationName(QStringLiteral("Vantrel"));
     QApplication::setApplicationVersion(QStringLiteral(VANTREL_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("org.vantrel.Vantrel"));

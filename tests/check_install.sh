@@ -45,6 +45,15 @@ for size in 16 32 48 64 128 256; do
 done
 [ -n "$(find "$prefix" -path '*/vantrel/libvantrel-webengine.so')" ] ||
     { echo "missing: the browser engine module"; exit 1; }
+# The program itself beside its engine module; the command stays small (a start that only hands
+# over must not load the widgets) and finds the program where this installation put it.
+[ -n "$(find "$prefix" -path '*/vantrel/vantrel-program' -perm -u+x)" ] || { echo "missing: the program"; exit 1; }
+if ldd "$prefix/bin/vantrel" | grep -q -e libQt6Widgets -e libQt6Gui; then
+    echo "the vantrel command loads the widgets:"; ldd "$prefix/bin/vantrel"; exit 1
+fi
+version=$("$prefix/bin/vantrel" --version)
+[ "$version" = "Vantrel $(sed -n 's/^project(Vantrel VERSION \([0-9.]*\).*/\1/p' "$(dirname "$0")/../CMakeLists.txt")" ] ||
+    { echo "the installed command answered: $version"; exit 1; }
 desktop-file-validate "$prefix/share/applications/org.vantrel.Vantrel.desktop"
 # Started on demand by the bus: the service file names the installed program.
 service="$prefix/share/dbus-1/services/org.vantrel.Vantrel.service"

@@ -2,6 +2,7 @@
 
 #include "core/TextFile.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -71,6 +72,16 @@ QByteArray entryFor(const QByteArray& entry, const QString& program)
     if (!execWritten)
         out += "Exec=" + execArgument(program) + '\n';
     return out;
+}
+
+QString command()
+{
+    static const QString path = [] {
+        QString told = qEnvironmentVariable("VANTREL_COMMAND");
+        qunsetenv("VANTREL_COMMAND");
+        return told.isEmpty() ? QCoreApplication::applicationFilePath() : told;
+    }();
+    return path;
 }
 
 bool setEnabled(bool on, const QString& program, QString* error)

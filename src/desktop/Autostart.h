@@ -17,6 +17,11 @@ bool isEnabled();
 // want when it holds blanks or reserved characters).
 QByteArray entryFor(const QByteArray& entry, const QString& program);
 
+// The command that starts Vantrel: the `vantrel` command this program was started through (it
+// says so in VANTREL_COMMAND, which the first call takes out of the environment, so that the
+// pages' processes do not inherit it), else this program's own file.
+QString command();
+
 // Writes the entry for `program` (atomically) or removes it; false with the reason in `error`
 // when that failed.
 bool setEnabled(bool on, const QString& program, QString* error = nullptr);

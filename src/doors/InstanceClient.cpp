@@ -1,6 +1,6 @@
 #include "InstanceClient.h"
 
-#include "InstanceDoor.h"
+#include "InstancePlace.h"
 
 #include <QFile>
 #include <QLocalSocket>

@@ -1,41 +1,15 @@
 #pragma once
 
 #include "DoorCommands.h"
+#include "InstancePlace.h"
 
 #include <QList>
-#include <QLockFile>
 #include <QObject>
 #include <QPointer>
-
-#include <memory>
 
 class QLocalServer;
 class QLocalSocket;
 class Verbs;
-
-// Where the user's one Vantrel is found: a lock file and a socket in a folder of the user's runtime
-// folder that only the user can open.
-namespace InstancePlace {
-// The folder ($XDG_RUNTIME_DIR/vantrel), made with mode 0700 when missing; empty when it cannot
-// be made or is not the user's own and closed to others.
-QString folder();
-QString lockFile(const QString& folder);
-QString socketFile(const QString& folder);
-} // namespace InstancePlace
-
-// The lock that makes one program of every start of the same user. A lock left by a program that
-// was killed is taken over.
-class InstanceLock
-{
-public:
-    explicit InstanceLock(const QString& folder);
-    // True when this start is now the one program; false while another one holds the lock.
-    bool claim();
-    bool held() const { return m_lock && m_lock->isLocked(); }
-
-private:
-    std::unique_ptr<QLockFile> m_lock;
-};
 
 // The running program's end of the socket: each connection brings one request, read with the
 // message reader and a time limit (a caller that says nothing is dropped and blocks nobody), carried

@@ -99,7 +99,7 @@ bool MoreOptions::applyStartAtLogin(QString* error)
     const bool wanted = VantrelConf::flag(VantrelConf::kStartAtLogin);
     if (wanted == Autostart::isEnabled())
         return true;
-    return Autostart::setEnabled(wanted, QCoreApplication::applicationFilePath(), error);
+    return Autostart::setEnabled(wanted, Autostart::command(), error);
 }
 
 void MoreOptions::changeEvent(QEvent* event)
