@@ -33,6 +33,14 @@ private slots:
             qputenv("XDG_CONFIG_HOME", m_savedConfig);
     }
 
+    void theEntryNamesTheCommandThatStartedTheProgramAndPagesDoNotInheritIt()
+    {
+        // The vantrel command says where it is before it becomes the program.
+        qputenv("VANTREL_COMMAND", "/opt/vantrel/bin/vantrel");
+        QCOMPARE(Autostart::command(), QStringLiteral("/opt/vantrel/bin/vantrel"));
+        QVERIFY(!qEnvironmentVariableIsSet("VANTREL_COMMAND"));
+        QCOMPARE(Autostart::command(), QStringLiteral("/opt/vantrel/bin/vantrel"));
+    }
     void theEntryIsWrittenAndTakenOutAgain()
     {
         QCOMPARE(Autostart::entryPath(), m_config.path() + "/autostart/org.vantrel.Vantrel.desktop");
