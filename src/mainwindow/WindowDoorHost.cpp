@@ -1,6 +1,7 @@
 #include "WindowDoorHost.h"
 
 #include "Vantrel1.h"
+#include "desktop/StartupActivation.h"
 
 #include <QComboBox>
 #include <QGuiApplication>
@@ -17,7 +18,10 @@ void WindowDoorHost::raise(const QString& activationToken)
         m_window->showNormal();
     m_window->show();
     m_window->raise();
-    m_window->activateWindow();
+    // Under X11 the start's startup id carries the time of the person's request; without it a
+    // window manager that prevents focus stealing may only mark the window as wanting attention.
+    if (!StartupActivation::activate(m_window->windowHandle(), activationToken))
+        m_window->activateWindow();
 }
 
 void WindowDoorHost::quit(bool discard)
