@@ -128,8 +128,27 @@ bool isOwnWindow(const QString& className, QObject* object)
     return widget->isWindow() && object->metaObject()->superClass() == &QWidget::staticMetaObject;
 }
 
+// A widget whose keyboard stop hands the focus on to another (the tab strip to its tab bar): the
+// focus is heard on that other, so the widget itself is only the group around it.
+class AccessibleFocusGroup : public QAccessibleWidget
+{
+public:
+    explicit AccessibleFocusGroup(QWidget* widget) : QAccessibleWidget(widget, QAccessible::Grouping) {}
+
+    QAccessible::State state() const override
+    {
+        QAccessible::State s = QAccessibleWidget::state();
+        s.focusable = false;
+        s.focused = false;
+        return s;
+    }
+};
+
 QAccessibleInterface* controlsFactory(const QString& className, QObject* object)
 {
+    if (className == QLatin1String("TabStrip") && object->isWidgetType() &&
+        static_cast<QWidget*>(object)->focusProxy())
+        return new AccessibleFocusGroup(static_cast<QWidget*>(object));
     if (isOwnWindow(className, object)) {
         auto* window = static_cast<QWidget*>(object);
         return new QAccessibleWidget(window, window->parentWidget() ? QAccessible::Dialog : QAccessible::Window);

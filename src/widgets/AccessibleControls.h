@@ -7,7 +7,8 @@
 // the checked state and the colour swatch is a line edit that only opens a dialog, so both would
 // announce the wrong thing. Installed once, before the first window, it makes the gradient button
 // a push button (a toggle button when it is a two-state one, pressed in when its state value says
-// so) and the colour swatch a push button that names its colour. The main window installs it
+// so), the colour swatch a push button that names its colour, and the tab strip the group around
+// its tab bar, which takes its keyboard stop. The main window installs it
 // before it makes its first control.
 void installAccessibleControls();
 

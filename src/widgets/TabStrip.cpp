@@ -70,10 +70,6 @@ private:
 TabStrip::TabStrip(QWidget* parent) : QTabWidget(parent)
 {
     setTabBar(new EvenTabBar(this));
-    // The strip itself takes no stop of the keyboard's own: its tab bar is that stop (it would be
-    // one more, nameless, stop before it), and it tells a screen reader what it is.
-    setFocusPolicy(Qt::NoFocus);
-    tabBar()->setAccessibleName(tr("Tabs"));
 }
 
 void TabStrip::setTabColors(const QColor& back, const QColor& text, bool bold)

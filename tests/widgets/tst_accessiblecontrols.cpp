@@ -7,6 +7,12 @@
 #include "widgets/AccessibleControls.h"
 #include "widgets/ColorSwatch.h"
 #include "widgets/GradientButton.h"
+#include "widgets/TabStrip.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTabBar>
+#include <QVBoxLayout>
 
 #include <QAccessible>
 #include <QAccessibleActionInterface>
@@ -114,6 +120,29 @@ private slots:
         iface->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QTRY_COMPARE(swatch.value(), 0x332211);
         QVERIFY(iface->text(QAccessible::Description).startsWith("Now #112233."));
+    }
+
+    void theTabsAreAKeyboardStopHeardAsTheirBar()
+    {
+        QWidget window;
+        auto* before = new QPushButton("Before", &window);
+        auto* strip = new TabStrip(&window);
+        strip->addTab(new QWidget, "Surf");
+        strip->addTab(new QWidget, "Favorites");
+        auto* layout = new QVBoxLayout(&window);
+        layout->addWidget(before);
+        layout->addWidget(strip);
+        window.show();
+        QApplication::setActiveWindow(&window);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        before->setFocus();
+        QTest::keyClick(before, Qt::Key_Tab);
+        QCOMPARE(QApplication::focusWidget(), strip->tabBar());
+        QTest::keyClick(strip->tabBar(), Qt::Key_Right);
+        QCOMPARE(strip->currentIndex(), 1);
+        QCOMPARE(spoken(strip->tabBar())->role(), QAccessible::PageTabList);
+        QCOMPARE(spoken(strip)->role(), QAccessible::Grouping);
+        QVERIFY(!spoken(strip)->state().focusable); // the bar has the focus, not a nameless filler
     }
 
     void theProgramsWindowsAreAFrameAndDialogs()
