@@ -5,6 +5,7 @@
 
 #include <QKeyEvent>
 #include <QPainter>
+#include <QPen>
 
 ColorSwatch::ColorSwatch(const QString& name, const QString& toolTip, QWidget* parent) : QLineEdit(parent)
 {
@@ -49,6 +50,15 @@ void ColorSwatch::paintEvent(QPaintEvent*)
     QPainter p(this);
     const QColor shown = StoredColor::resolve(m_value, palette());
     p.fillRect(rect(), shown.isValid() ? shown : palette().color(QPalette::Base));
-    p.setPen(palette().color(hasFocus() ? QPalette::Highlight : QPalette::Mid));
-    p.drawRect(rect().adjusted(0, 0, -1, -1));
+    if (!hasFocus()) {
+        p.setPen(palette().color(QPalette::Mid));
+        p.drawRect(rect().adjusted(0, 0, -1, -1));
+        return;
+    }
+    // The keyboard's place, seen on any colour the swatch may show: a band of the highlight
+    // colour with a line of the base colour inside it.
+    p.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    p.drawRect(QRectF(rect()).adjusted(1, 1, -1, -1));
+    p.setPen(palette().color(QPalette::Base));
+    p.drawRect(rect().adjusted(2, 2, -3, -3));
 }

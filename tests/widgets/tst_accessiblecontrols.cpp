@@ -122,6 +122,33 @@ private slots:
         QVERIFY(iface->text(QAccessible::Description).startsWith("Now #112233."));
     }
 
+    void theKeyboardsPlaceOnASwatchIsSeenOnItsOwnColour()
+    {
+        QWidget window;
+        auto* swatch = new ColorSwatch("Text1_0", "Set Window Background Color", &window);
+        auto* other = new ColorSwatch("Text1_1", "Set Tab Background Color", &window);
+        auto* layout = new QVBoxLayout(&window);
+        layout->addWidget(swatch);
+        layout->addWidget(other);
+        QPalette palette = window.palette();
+        palette.setColor(QPalette::Highlight, QColor(0x30, 0x8c, 0xc6));
+        window.setPalette(palette);
+        swatch->setValue(0xC68C30); // the highlight's own colour, stored as 0x00BBGGRR
+        window.show();
+        QApplication::setActiveWindow(&window);
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        other->setFocus();
+        const QImage unfocused = swatch->grab().toImage();
+        swatch->setFocus();
+        QVERIFY(swatch->hasFocus());
+        const QImage focused = swatch->grab().toImage();
+        const QColor base = swatch->palette().color(QPalette::Base);
+        // Inside the highlight band lies a line of the base colour, seen even on a swatch of the
+        // highlight's colour; without the focus the same place shows the swatch's colour.
+        QCOMPARE(focused.pixelColor(2, focused.height() / 2), base);
+        QCOMPARE(unfocused.pixelColor(2, unfocused.height() / 2), QColor(0x30, 0x8c, 0xc6));
+    }
+
     void theTabsAreAKeyboardStopHeardAsTheirBar()
     {
         QWidget window;
