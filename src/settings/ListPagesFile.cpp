@@ -1,5 +1,6 @@
 #include "ListPagesFile.h"
 
+#include "IniFileStatus.h"
 #include "core/Globals.h"
 
 #include <QDir>
@@ -75,15 +76,7 @@ RunError write(const QString& path, const QList<Entry>& entries)
     }
     file.endArray();
     file.sync(); // written to a temporary file and renamed over the old one
-    switch (file.status()) {
-    case QSettings::NoError:
-        return RunError::None;
-    case QSettings::AccessError:
-        return QFileInfo(path).absoluteDir().exists() ? RunError::PermissionDenied : RunError::PathNotFound;
-    case QSettings::FormatError:
-        return RunError::DeviceIoError;
-    }
-    return RunError::DeviceIoError;
+    return iniWriteError(file, path);
 }
 
 } // namespace ListPagesFile
