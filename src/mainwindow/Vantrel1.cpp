@@ -5,7 +5,9 @@
 #include "verbs/WebForm1.h"
 #include "about/About1.h"
 #include "about/HelpWindow.h"
+#include "schedule/Scheduler.h"
 #include "session/ProgramSession.h"
+#include "settings/SchedulesFile.h"
 #include "settings/VantrelConf.h"
 #include "options/OptionsPanel.h"
 #include "core/ButtonFile.h"
@@ -195,6 +197,11 @@ void Vantrel1::Form_Load()
     if (m_session->resume())
         FirstShow = false;
     Form_GotFocus();
+    // The hours come last: a rotation the session took up again, or the start-up list, is found
+    // going on, not started twice.
+    m_scheduler = std::make_unique<Scheduler>(m_verbs);
+    m_scheduler->setSchedules(SchedulesFile::read(SchedulesFile::path()));
+    m_scheduler->start();
 }
 
 void Vantrel1::Form_GotFocus()
@@ -279,6 +286,8 @@ void Vantrel1::Form_Unload()
     m_unloaded = true;
     Globals& g = globals();
     m_timer->stop();
+    if (m_scheduler)
+        m_scheduler->stop(); // the runs end with the program, not to be started again
     m_session->end(); // the session as it is, before its windows close
     m_verbs->closeAllWindows();
     if (g.RunListShown)

@@ -21,6 +21,7 @@ class QFrame;
 class QTabWidget;
 class QTimer;
 class QuickButtons;
+class Scheduler;
 class SurfPanel;
 class Verbs;
 class WebForm1;
@@ -91,6 +92,8 @@ public:
     QTimer* Timer1() const { return m_timer; }
     // The session kept for the start after a crash.
     ProgramSession* session() const { return m_session.get(); }
+    // The rotations with hours (Schedules.conf), started and stopped on the wall clock.
+    Scheduler* scheduler() const { return m_scheduler.get(); }
     QString helpFile() const { return m_helpFile; }
 
     bool FirstShow = false;
@@ -130,6 +133,7 @@ private:
     Verbs* m_verbs;
     QTimer* m_timer;
     std::unique_ptr<ProgramSession> m_session;
+    std::unique_ptr<Scheduler> m_scheduler;
     QString m_helpFile;
     bool m_settingUp = true; // placement is not recorded while the window is being set up
     // Until the window is first on screen, the desktop is still placing it (frames, decorations):

@@ -35,7 +35,7 @@ const QStringList& folderOrder()
         QStringLiteral("core"),     QStringLiteral("settings"),  QStringLiteral("shortcuts"),
         QStringLiteral("bookmarks"), QStringLiteral("browser"),  QStringLiteral("watch"),
         QStringLiteral("verbs"),    QStringLiteral("session"),   QStringLiteral("desktop"),
-        QStringLiteral("doors"),    QStringLiteral("widgets"),  QStringLiteral("surf"),      QStringLiteral("favorites"),
+        QStringLiteral("doors"),    QStringLiteral("schedule"), QStringLiteral("widgets"),  QStringLiteral("surf"),      QStringLiteral("favorites"),
         QStringLiteral("lists"),    QStringLiteral("history"),   QStringLiteral("options"),
         QStringLiteral("about"),    QStringLiteral("mainwindow"), QStringLiteral("."),
     };
