@@ -291,6 +291,14 @@ def main():
             problems.append("More... pressed by a screen reader opened no dialog named More Options")
         else:
             problems += audit(pyatspi, more, "More Options")
+            press(find(more, "Schedules..."), problems)
+            schedules = wait_until(lambda: window("Schedules", "dialog"), 10)
+            if schedules is None:
+                problems.append("Schedules... pressed by a screen reader opened no dialog named Schedules")
+            else:
+                press(find(schedules, "Add"), problems)
+                wait_until(lambda: find(schedules, "Schedule 1"), 5)
+                problems += audit(pyatspi, schedules, "Schedules")
 
         press(find(main_window, "Run Favorite List"), problems)
         run = wait_until(lambda: window("Run List of Web Pages", "dialog"), 10)

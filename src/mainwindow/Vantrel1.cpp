@@ -5,6 +5,7 @@
 #include "verbs/WebForm1.h"
 #include "about/About1.h"
 #include "about/HelpWindow.h"
+#include "options/SchedulesDialog.h"
 #include "schedule/Scheduler.h"
 #include "session/ProgramSession.h"
 #include "settings/SchedulesFile.h"
@@ -99,6 +100,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     connect(m_listsPanel, &ListsPanel::helpRequested, this, &Vantrel1::showHelp);
     connect(m_options, &OptionsPanel::helpRequested, this, &Vantrel1::showHelp);
     connect(m_options, &OptionsPanel::aboutRequested, this, &Vantrel1::AboutBtn_Click);
+    connect(m_options, &OptionsPanel::schedulesRequested, this, &Vantrel1::showSchedules);
     for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
                                 {2, m_listsPanel},
                                 {3, m_historyPanel},
@@ -202,6 +204,24 @@ void Vantrel1::Form_Load()
     m_scheduler = std::make_unique<Scheduler>(m_verbs);
     m_scheduler->setSchedules(SchedulesFile::read(SchedulesFile::path()));
     m_scheduler->start();
+}
+
+SchedulesDialog* Vantrel1::schedulesDialog() const
+{
+    return m_schedules.data();
+}
+
+void Vantrel1::showSchedules()
+{
+    if (!m_schedules) {
+        m_schedules = new SchedulesDialog(this, m_scheduler.get(), m_verbs->listNames());
+        m_schedules->setAttribute(Qt::WA_DeleteOnClose); // made again with the lists of that day
+    }
+    keepAboveOwner(m_schedules, this);
+    m_schedules->show();
+    keepOnScreen(m_schedules);
+    m_schedules->raise();
+    m_schedules->activateWindow();
 }
 
 void Vantrel1::Form_GotFocus()

@@ -22,6 +22,7 @@ class QTabWidget;
 class QTimer;
 class QuickButtons;
 class Scheduler;
+class SchedulesDialog;
 class SurfPanel;
 class Verbs;
 class WebForm1;
@@ -94,6 +95,9 @@ public:
     ProgramSession* session() const { return m_session.get(); }
     // The rotations with hours (Schedules.conf), started and stopped on the wall clock.
     Scheduler* scheduler() const { return m_scheduler.get(); }
+    // Opens the Schedules dialog (once; brought forward when it is open).
+    void showSchedules();
+    SchedulesDialog* schedulesDialog() const;
     QString helpFile() const { return m_helpFile; }
 
     bool FirstShow = false;
@@ -134,6 +138,7 @@ private:
     QTimer* m_timer;
     std::unique_ptr<ProgramSession> m_session;
     std::unique_ptr<Scheduler> m_scheduler;
+    QPointer<SchedulesDialog> m_schedules;
     QString m_helpFile;
     bool m_settingUp = true; // placement is not recorded while the window is being set up
     // Until the window is first on screen, the desktop is still placing it (frames, decorations):

@@ -60,6 +60,10 @@ MoreOptions::MoreOptions(QWidget* owner) : QWidget(owner, Qt::Dialog)
     connect(buttons, &QDialogButtonBox::accepted, this, &MoreOptions::okClicked);
     connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
     connect(log, &QPushButton::clicked, this, &MoreOptions::openLog);
+    QPushButton* schedules = buttons->addButton(tr("Schedules..."), QDialogButtonBox::ActionRole);
+    schedules->setObjectName(QStringLiteral("SchedulesBtn"));
+    schedules->setToolTip(tr("Favourite lists that run by themselves at their hours: days, times, holidays"));
+    connect(schedules, &QPushButton::clicked, this, &MoreOptions::schedulesRequested);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);

@@ -31,6 +31,8 @@ public:
 signals:
     // The settings were stored (OK): what follows them in the running program takes them up.
     void applied();
+    // "Schedules..." was pressed: the window that knows the lists and the scheduler opens them.
+    void schedulesRequested();
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -262,6 +262,7 @@ void OptionsPanel::MoreOptionsBtn_Click()
     if (!m_moreOptions) {
         m_moreOptions = new MoreOptions(window());
         connect(m_moreOptions, &MoreOptions::applied, this, &OptionsPanel::moreOptionsApplied);
+        connect(m_moreOptions, &MoreOptions::schedulesRequested, this, &OptionsPanel::schedulesRequested);
     }
     m_moreOptions->showSettings();
     keepAboveOwner(m_moreOptions, window());

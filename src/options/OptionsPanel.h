@@ -54,6 +54,8 @@ signals:
     void colorsApplied();
     // The settings of More Options were applied.
     void moreOptionsApplied();
+    // More Options asked for the Schedules dialog.
+    void schedulesRequested();
     // The Help and About buttons.
     void helpRequested();
     void aboutRequested();

@@ -158,4 +158,56 @@ QList<int> activeAt(const QList<Schedule>& schedules, const QDateTime& local)
     return active;
 }
 
+QList<ScheduleRule> rulesFromLines(const QString& text, QStringList* problems)
+{
+    QList<ScheduleRule> rules;
+    const QStringList lines = text.split(u'\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        if (lines[i].trimmed().isEmpty())
+            continue;
+        if (const std::optional<ScheduleRule> rule = ScheduleRule::fromText(lines[i]))
+            rules << *rule;
+        else if (problems)
+            *problems << QStringLiteral("Line %1 is no rule: \"%2\" (write it as Mon-Fri 08:00-18:00)")
+                             .arg(i + 1)
+                             .arg(lines[i].trimmed());
+    }
+    return rules;
+}
+
+QString linesOf(const QList<ScheduleRule>& rules)
+{
+    QStringList lines;
+    for (const ScheduleRule& rule : rules)
+        lines << rule.toText();
+    return lines.join(u'\n');
+}
+
+QList<QDate> datesFromLines(const QString& text, QStringList* problems)
+{
+    QList<QDate> dates;
+    const QStringList lines = text.split(u'\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString line = lines[i].trimmed();
+        if (line.isEmpty())
+            continue;
+        const QDate date = QDate::fromString(line, Qt::ISODate);
+        if (date.isValid() && line.size() == 10) {
+            if (!dates.contains(date))
+                dates << date;
+        } else if (problems) {
+            *problems << QStringLiteral("Line %1 is no date: \"%2\" (write it as 2026-12-25)").arg(i + 1).arg(line);
+        }
+    }
+    return dates;
+}
+
+QString linesOf(const QList<QDate>& dates)
+{
+    QStringList lines;
+    for (const QDate& date : dates)
+        lines << date.toString(Qt::ISODate);
+    return lines.join(u'\n');
+}
+
 } // namespace ScheduleRules

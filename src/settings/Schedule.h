@@ -61,4 +61,12 @@ namespace ScheduleRules {
 // The schedules of `schedules` that should be running at `local`, by their index.
 QList<int> activeAt(const QList<Schedule>& schedules, const QDateTime& local);
 
+// The rules of `text`, one a line as a person writes them; each line that is no rule is named in
+// `problems` ("Line 2 is no rule: ..."), blank lines are passed over.
+QList<ScheduleRule> rulesFromLines(const QString& text, QStringList* problems);
+QString linesOf(const QList<ScheduleRule>& rules);
+// The dates of `text`, one a line as 2026-12-25; the others named in `problems`.
+QList<QDate> datesFromLines(const QString& text, QStringList* problems);
+QString linesOf(const QList<QDate>& dates);
+
 } // namespace ScheduleRules

@@ -130,6 +130,20 @@ private slots:
         QCOMPARE(ScheduleRules::activeAt(schedules, at(2026, 11, 29, 7, 0)), (QList<int>{1, 2}));
     }
 
+    void rulesAndDatesAreEditedALineEachAndWhatIsNoneIsNamed()
+    {
+        QStringList problems;
+        const QList<ScheduleRule> rules =
+            ScheduleRules::rulesFromLines("Mon-Fri 08:00-18:00\n\n  Sat 10:00-14:00 \nsometimes\n", &problems);
+        QCOMPARE(rules.size(), 2);
+        QCOMPARE(ScheduleRules::linesOf(rules), QStringLiteral("Mon-Fri 08:00-18:00\nSat 10:00-14:00"));
+        QCOMPARE(problems, QStringList{"Line 4 is no rule: \"sometimes\" (write it as Mon-Fri 08:00-18:00)"});
+        problems.clear();
+        const QList<QDate> dates = ScheduleRules::datesFromLines("2026-12-25\n2026-12-25\n2026-13-01\n 2027-01-01", &problems);
+        QCOMPARE(dates, (QList<QDate>{QDate(2026, 12, 25), QDate(2027, 1, 1)}));
+        QCOMPARE(ScheduleRules::linesOf(dates), QStringLiteral("2026-12-25\n2027-01-01"));
+        QCOMPARE(problems, QStringList{"Line 3 is no date: \"2026-13-01\" (write it as 2026-12-25)"});
+    }
     void theFileKeepsEverySchedule()
     {
         TempAppFolder app;
