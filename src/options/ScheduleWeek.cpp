@@ -4,15 +4,34 @@
 
 namespace {
 constexpr int kQuarters = 96;
-constexpr int kHeader = 18; // the days' names
-constexpr int kHourColumn = 34;
+
+// "10 h", "1 h 30 min", "5 min".
+QString duration(int minutes)
+{
+    if (minutes % 60 == 0)
+        return QStringLiteral("%1 h").arg(minutes / 60);
+    if (minutes < 60)
+        return QStringLiteral("%1 min").arg(minutes);
+    return QStringLiteral("%1 h %2 min").arg(minutes / 60).arg(minutes % 60);
+}
 } // namespace
+
+int ScheduleWeek::header() const
+{
+    return fontMetrics().height() + 4; // the days' names
+}
+
+int ScheduleWeek::hourColumn() const
+{
+    return fontMetrics().horizontalAdvance(QStringLiteral("00:00")) + 8;
+}
 
 ScheduleWeek::ScheduleWeek(QWidget* parent) : QWidget(parent)
 {
     setObjectName(QStringLiteral("ScheduleWeek"));
     setAccessibleName(tr("The week of the schedule"));
-    setMinimumSize(kHourColumn + 7 * 24, kHeader + 96);
+    setMinimumSize(hourColumn() + 7 * 24, header() + 144);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
 void ScheduleWeek::show(const Schedule& schedule, const QDate& day)
@@ -20,13 +39,19 @@ void ScheduleWeek::show(const Schedule& schedule, const QDate& day)
     m_monday = day.addDays(1 - day.dayOfWeek());
     QStringList said;
     for (int d = 0; d < 7; ++d) {
-        int filledQuarters = 0;
+        int minutes = 0;
         for (int q = 0; q < kQuarters; ++q) {
-            m_filled[d][q] = schedule.activeAt(QDateTime(m_monday.addDays(d), QTime(q / 4, q % 4 * 15)));
-            filledQuarters += m_filled[d][q];
+            // A quarter hour is filled when the rotation runs in any minute of it: a rule of a few
+            // minutes shows too.
+            m_filled[d][q] = false;
+            for (int m = 0; m < 15; ++m)
+                if (schedule.activeAt(QDateTime(m_monday.addDays(d), QTime(q / 4, q % 4 * 15 + m)))) {
+                    m_filled[d][q] = true;
+                    ++minutes;
+                }
         }
-        if (filledQuarters)
-            said << QStringLiteral("%1 %2 h").arg(QLocale::c().dayName(d + 1, QLocale::ShortFormat)).arg(filledQuarters / 4.0);
+        if (minutes)
+            said << QStringLiteral("%1 %2").arg(QLocale::c().dayName(d + 1, QLocale::ShortFormat), duration(minutes));
     }
     // A screen reader hears the week in words.
     setAccessibleDescription(said.isEmpty() ? tr("It does not run this week")
@@ -41,7 +66,7 @@ bool ScheduleWeek::filled(int dayOfWeek, int quarter) const
 
 QSize ScheduleWeek::sizeHint() const
 {
-    return {kHourColumn + 7 * 48, kHeader + 2 * kQuarters};
+    return {hourColumn() + 7 * 48, header() + 2 * kQuarters};
 }
 
 void ScheduleWeek::paintEvent(QPaintEvent*)
@@ -49,29 +74,31 @@ void ScheduleWeek::paintEvent(QPaintEvent*)
     QPainter p(this);
     const QPalette& colors = palette();
     p.fillRect(rect(), colors.color(QPalette::Base));
-    const int dayWidth = std::max(1, (width() - kHourColumn) / 7);
-    const double quarterHeight = double(height() - kHeader) / kQuarters;
+    const int left = hourColumn();
+    const int top = header();
+    const int dayWidth = std::max(1, (width() - left) / 7);
+    const double quarterHeight = double(height() - top) / kQuarters;
     p.setPen(colors.color(QPalette::Text));
     for (int d = 0; d < 7; ++d) {
-        const QRect header(kHourColumn + d * dayWidth, 0, dayWidth, kHeader);
-        p.drawText(header, Qt::AlignCenter, QLocale::c().dayName(d + 1, QLocale::ShortFormat));
+        const QRect dayName(left + d * dayWidth, 0, dayWidth, top);
+        p.drawText(dayName, Qt::AlignCenter, QLocale::c().dayName(d + 1, QLocale::ShortFormat));
         for (int q = 0; q < kQuarters; ++q)
             if (m_filled[d][q])
-                p.fillRect(QRectF(kHourColumn + d * dayWidth + 1, kHeader + q * quarterHeight, dayWidth - 2,
+                p.fillRect(QRectF(left + d * dayWidth + 1, top + q * quarterHeight, dayWidth - 2,
                                   quarterHeight + 0.5),
                            colors.color(QPalette::Highlight));
     }
     p.setPen(colors.color(QPalette::Mid));
     for (int hour = 0; hour <= 24; hour += 6) {
-        const int y = kHeader + int(hour * 4 * quarterHeight);
-        p.drawLine(kHourColumn, y, kHourColumn + 7 * dayWidth, y);
+        const int y = top + int(hour * 4 * quarterHeight);
+        p.drawLine(left, y, left + 7 * dayWidth, y);
         if (hour < 24) {
             p.setPen(colors.color(QPalette::Text));
-            p.drawText(QRect(0, y, kHourColumn - 4, 14), Qt::AlignRight | Qt::AlignTop,
+            p.drawText(QRect(0, y, left - 4, fontMetrics().height()), Qt::AlignRight | Qt::AlignTop,
                        QStringLiteral("%1:00").arg(hour, 2, 10, QLatin1Char('0')));
             p.setPen(colors.color(QPalette::Mid));
         }
     }
     for (int d = 0; d <= 7; ++d)
-        p.drawLine(kHourColumn + d * dayWidth, kHeader, kHourColumn + d * dayWidth, height() - 1);
+        p.drawLine(left + d * dayWidth, top, left + d * dayWidth, height() - 1);
 }

@@ -6,8 +6,9 @@
 #include <QWidget>
 
 // The week of a schedule as a grid: a column a day from Monday, the hours down, the times the
-// rotation runs filled in (worked out by the schedule itself, quarter hour by quarter hour, so the
-// grid shows what will happen: nights past midnight, the days left out of the week shown).
+// rotation runs filled in by quarter hours (worked out by the schedule itself minute by minute, so
+// the grid shows what will happen: nights past midnight, short rules, the days left out of the week
+// shown).
 class ScheduleWeek : public QWidget
 {
     Q_OBJECT
@@ -26,6 +27,9 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    int header() const;
+    int hourColumn() const;
+
     bool m_filled[7][96] = {};
     QDate m_monday;
 };

@@ -146,7 +146,7 @@ SchedulesDialog::SchedulesDialog(QWidget* owner, Scheduler* scheduler, const QSt
     connect(m_enabled, &QCheckBox::toggled, this, changed);
     m_schedules->setCurrentRow(m_edited.isEmpty() ? -1 : 0);
     showSchedule(m_schedules->currentRow());
-    resize(760, 560);
+    resize(780, 700);
 }
 
 void SchedulesDialog::addSchedule()

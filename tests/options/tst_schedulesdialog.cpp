@@ -93,6 +93,12 @@ private slots:
         QVERIFY(week->filled(7, 1 * 4));
         QVERIFY(!week->filled(7, 2 * 4));
         QVERIFY(week->accessibleDescription().startsWith("It runs this week: Mon 10 h"));
+        // A rule of a few minutes fills its quarter hour.
+        control<QPlainTextEdit>("ScheduleRules")->setPlainText("Wed 18:26-18:27");
+        QVERIFY(week->filled(3, 18 * 4 + 1));
+        QVERIFY(!week->filled(3, 18 * 4 + 2));
+        QCOMPARE(week->accessibleDescription(), QStringLiteral("It runs this week: Wed 1 min"));
+        control<QPlainTextEdit>("ScheduleRules")->setPlainText("Mon-Fri 08:00-18:00\nSat 22:00-02:00");
         QTest::mouseClick(control<QPushButton>("OKBtn"), Qt::LeftButton);
         QVERIFY(DialogService::shownTexts().isEmpty());
         QTRY_VERIFY(!dialog()); // closed, and gone: the next one shows the lists of its day
