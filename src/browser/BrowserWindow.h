@@ -60,6 +60,8 @@ public:
     virtual void quit() = 0;
     // Loads again the address that failed to load, or whose page crashed.
     virtual void retry() = 0;
+    // Stops the load under way; the page is then tried again with retry(), as a failed one is.
+    virtual void stopLoading() = 0;
 
     // How the pages this window loads from now on are shown (a list's page settings): at the
     // zoom of `look`, set before the page comes up, and once in view scrolled as it says over

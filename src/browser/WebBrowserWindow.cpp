@@ -319,6 +319,14 @@ void WebBrowserWindow::retry()
     m_page->load(m_failedUrl.isValid() ? m_failedUrl : m_page->url());
 }
 
+void WebBrowserWindow::stopLoading()
+{
+    // The address asked for, not the one shown before it: the retry loads what got stuck.
+    if (m_page->requestedUrl().isValid())
+        m_failedUrl = m_page->requestedUrl();
+    m_page->triggerAction(QWebEnginePage::Stop);
+}
+
 void WebBrowserWindow::onLoadingChanged(const QWebEngineLoadingInfo& info)
 {
     const QString url = info.url().toString();

@@ -35,6 +35,7 @@ public:
     QString locationName() const override;
     void quit() override;
     void retry() override;
+    void stopLoading() override;
     void navigateWhenReady(const QString& address, int timeoutMs) override;
     void navigateThenShow(const QString& address, int timeoutMs) override;
     void comeUp(const std::function<void()>& then) override;

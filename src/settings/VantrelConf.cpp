@@ -45,6 +45,10 @@ const QList<Setting>& all()
          QStringLiteral("A page that could not be reached is tried again after 2, 4, 8 ... seconds (at most "
                         "every 5 minutes), and at once when the network comes back"),
          true, 1, 0, 1, {}, {}},
+        {kLoadTimeoutSeconds, QStringLiteral("Stop a page still loading after"),
+         QStringLiteral("A page that has not finished loading by then is stopped and tried again as after a "
+                        "network failure, so that no screen sits on a page that stopped loading"),
+         false, 60, 0, 3600, QStringLiteral("never"), QStringLiteral(" s")},
         {kReopenAfterCrash, QStringLiteral("After a crash, reopen the last session without asking"),
          QStringLiteral("For screens nobody watches: after a crash, a kill or a power cut the windows come back in "
                         "their slots and the run goes on, without a question"),

@@ -22,6 +22,7 @@ inline constexpr char kCrashReloads[] = "Recovery/ReloadsAfterACrash";
 inline constexpr char kCrashWindowMinutes[] = "Recovery/CrashReloadsWithinMinutes";
 inline constexpr char kCrashDelaySeconds[] = "Recovery/SecondsBeforeACrashReload";
 inline constexpr char kNetworkRetry[] = "Recovery/RetryAfterNetworkFailures";
+inline constexpr char kLoadTimeoutSeconds[] = "Recovery/StopALoadAfterSeconds";
 inline constexpr char kReopenAfterCrash[] = "Session/ReopenAfterACrashWithoutAsking";
 inline constexpr char kAlwaysReopen[] = "Session/AlwaysReopenLastSession";
 inline constexpr char kStartAtLogin[] = "Session/StartAtLogin";

@@ -82,6 +82,8 @@ void WindowRecovery::loadBegan(int slot, const QString& url)
     Slot& s = m_slots[size_t(slot)];
     const PageRecovery::State before = s.recovery.state();
     s.recovery.loadStarted(url);
+    s.loadingSince = Clock::localNow();
+    s.loading = url;
     if (url != s.recovery.failedUrl())
         s.due = QDateTime(); // the window went elsewhere: no retry of the old address
     if (s.recovery.state() == PageRecovery::State::Loading && before != PageRecovery::State::Loading)
@@ -93,6 +95,7 @@ void WindowRecovery::loadSucceeded(int slot)
     Slot& s = m_slots[size_t(slot)];
     s.recovery.loadSucceeded();
     s.due = QDateTime();
+    s.loadingSince = QDateTime();
     show(slot, PageRecovery::State::Shown, tr("Shown"));
 }
 
@@ -103,6 +106,7 @@ void WindowRecovery::loadFailed(int slot, const QString& url, const QString& rea
     // the crash's own, and the reload after the crash stands.
     if (s.recovery.state() == PageRecovery::State::CrashedReloading && s.due.isValid() && url == s.url)
         return;
+    s.loadingSince = QDateTime();
     applyPolicy(s);
     EventLog::write(QStringLiteral("load failed: %1 %2 (%3)").arg(window(slot), url, reason));
     const double delay = s.recovery.loadFailed(url, network);
@@ -122,6 +126,7 @@ void WindowRecovery::pageCrashed(int slot, const QString& url)
     applyPolicy(s);
     EventLog::write(QStringLiteral("crash: %1 %2").arg(window(slot), url));
     s.url = url;
+    s.loadingSince = QDateTime();
     const double delay = s.recovery.crashed(Clock::epochSeconds());
     if (delay < 0) {
         s.due = QDateTime();
@@ -146,8 +151,20 @@ void WindowRecovery::networkBack()
 void WindowRecovery::tick()
 {
     const QDateTime now = Clock::localNow();
+    const int timeout = VantrelConf::value(VantrelConf::kLoadTimeoutSeconds);
     for (int slot = 1; slot <= 8; ++slot) {
         Slot& s = m_slots[size_t(slot)];
+        if (timeout > 0 && s.loadingSince.isValid() && s.window && s.loadingSince.secsTo(now) >= timeout &&
+            s.recovery.state() == PageRecovery::State::Loading) {
+            // A page that stopped coming: stopped, and tried again as when the network failed.
+            s.loadingSince = QDateTime();
+            EventLog::write(QStringLiteral("load stopped: %1 %2 (still loading after %3 s)")
+                                .arg(window(slot), s.loading)
+                                .arg(timeout));
+            s.window->stopLoading();
+            loadFailed(slot, s.loading, tr("still loading after %1 s").arg(timeout), true);
+            continue;
+        }
         if (!s.due.isValid() || now < s.due || !s.window)
             continue;
         s.due = QDateTime();

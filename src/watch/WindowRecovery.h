@@ -13,7 +13,8 @@ class BrowserWindow;
 // Brings the browser windows' pages back by themselves: a crashed page is loaded again after a
 // short wait (a few times within a while, then it keeps its Reload button), a page that the
 // network could not bring is tried again, ever less often, and at once when the network comes
-// back. Each window's state is told (the Surf rows show it), and what happens goes into the log. The work
+// back; a page still loading after a while is stopped and tried again the same way. Each window's
+// state is told (the Surf rows show it), and what happens goes into the log. The work
 // that is due is done at Timer1's ticks, on the program's clock.
 class WindowRecovery : public QObject
 {
@@ -51,6 +52,8 @@ private:
         QPointer<BrowserWindow> window;
         QString url;
         QDateTime due;
+        QDateTime loadingSince; // while a load of `loading` is under way
+        QString loading;
     };
     static bool isSlot(int slot) { return slot >= 1 && slot <= 8; }
     void applyPolicy(Slot& s);

@@ -28,6 +28,7 @@ public:
     QString locationName() const override { return title.isEmpty() ? url : title; }
     void quit() override;
     void retry() override { calls.append(QStringLiteral("retry")); }
+    void stopLoading() override { calls.append(QStringLiteral("stop")); }
     void setPageLook(const PageSettings& look, double shownSeconds) override
     {
         this->look = look;

@@ -1,4 +1,5 @@
 #include "RealBrowserTest.h"
+#include "settings/VantrelConf.h"
 #include "watch/WindowRecovery.h"
 #include "surf/SurfPanel.h"
 #include "surf/WindowStates.h"
@@ -55,6 +56,24 @@ private slots:
         QTRY_COMPARE(m_main->webForm()->recovery()->recovery(1).state(), PageRecovery::State::Shown);
         QVERIFY(log().filter(" crash: window 1 " + url).size() == 1);
         QVERIFY(log().filter(" automatic reload: window 1 " + url).size() == 1);
+    }
+    void aPageThatStopsComingIsStoppedAndTriedAgain()
+    {
+        QVERIFY(VantrelConf::setValue(VantrelConf::kLoadTimeoutSeconds, 2));
+        // The server takes the request and says nothing for a minute.
+        m_server.setPage("/stuck.html", "<html><head><title>Stuck</title></head><body>late</body></html>");
+        m_server.setDelay("/stuck.html", 60000);
+        const QString url = m_server.url("/stuck.html");
+        const qsizetype asked = m_server.requests.count("/stuck.html");
+        open(url);
+        QTRY_VERIFY_WITH_TIMEOUT(log().filter(" load stopped: window 1 " + url + " (still loading after 2 s)").size() == 1,
+                                 kLoadTimeoutMs);
+        QCOMPARE(m_main->surf()->states()->badge(1)->toolTip(),
+                 QStringLiteral("Failed (still loading after 2 s), trying again in 2 s"));
+        // Tried again: the server is asked once more, for the same page.
+        QTRY_VERIFY_WITH_TIMEOUT(m_server.requests.count("/stuck.html") >= asked + 2, kLoadTimeoutMs);
+        QVERIFY(log().filter(" retry: window 1 " + url).size() >= 1);
+        QCOMPARE(m_main->verbs()->window(1).address, url);
     }
     void aPageWhoseServerComesUpLateIsShownWhenItIsThere()
     {

@@ -141,6 +141,40 @@ private slots:
         QVERIFY(logLines().contains("load failed: window 1 https://late.example/ (net::ERR_CONNECTION_REFUSED)"));
         QCOMPARE(logLines().count("retry: window 1 https://late.example/"), 4);
     }
+    void aPageStillLoadingAfterItsTimeIsStoppedAndTriedAgain()
+    {
+        ScriptedBrowserWindow* w = open("https://stuck.example/");
+        emit w->loadBegan("https://stuck.example/");
+        int tick = 0;
+        QCOMPARE(retriesWithin(w, 59, &tick), QList<int>{});
+        QCOMPARE(w->calls.count("stop"), 0);
+        // At 60 s it is stopped; the retry follows 2 s later, as after a network failure.
+        const QList<int> at = retriesWithin(w, 3.5, &tick);
+        QCOMPARE(w->calls.count("stop"), 1);
+        QCOMPARE(at.size(), 1);
+        QVERIFY(logLines().contains("load stopped: window 1 https://stuck.example/ (still loading after 60 s)"));
+        QVERIFY(logLines().contains("retry: window 1 https://stuck.example/"));
+        QCOMPARE(badge(1)->toolTip(), QStringLiteral("Loading https://stuck.example/"));
+        // The retry's load is given its own time again; one that finishes is left alone.
+        emit w->loadBegan("https://stuck.example/");
+        QCOMPARE(retriesWithin(w, 30, &tick), QList<int>{});
+        emit w->loadSucceeded("https://stuck.example/");
+        QCOMPARE(retriesWithin(w, 60, &tick), QList<int>{});
+        QCOMPARE(w->calls.count("stop"), 1);
+        QCOMPARE(badge(1)->toolTip(), QStringLiteral("Shown"));
+    }
+    void theRowSaysAStoppedLoadAndNeverLetsItLoadAsLongAsItTakes()
+    {
+        ScriptedBrowserWindow* w = open("https://stuck.example/");
+        emit w->loadBegan("https://stuck.example/");
+        int tick = 0;
+        retriesWithin(w, 60.5, &tick);
+        QCOMPARE(badge(1)->toolTip(), QStringLiteral("Failed (still loading after 60 s), trying again in 2 s"));
+        QVERIFY(VantrelConf::setValue(VantrelConf::kLoadTimeoutSeconds, 0));
+        emit w->loadBegan("https://slow.example/");
+        retriesWithin(w, 600, &tick);
+        QCOMPARE(w->calls.count("stop"), 1);
+    }
     void theRowsStateSaysWhenItTriesAgain()
     {
         ScriptedBrowserWindow* w = open("https://late.example/");
