@@ -9,6 +9,8 @@
 #include "schedule/Scheduler.h"
 #include "session/ProgramSession.h"
 #include "settings/SchedulesFile.h"
+#include "watch/SleepWatch.h"
+#include "watch/WindowRecovery.h"
 #include "settings/VantrelConf.h"
 #include "options/OptionsPanel.h"
 #include "core/ButtonFile.h"
@@ -204,6 +206,12 @@ void Vantrel1::Form_Load()
     m_scheduler = std::make_unique<Scheduler>(m_verbs);
     m_scheduler->setSchedules(SchedulesFile::read(SchedulesFile::path()));
     m_scheduler->start();
+    // After a sleep, pages that may be out of date come again, and the hours are looked at at once.
+    m_sleep = std::make_unique<SleepWatch>(QDBusConnection::systemBus());
+    connect(m_sleep.get(), &SleepWatch::wokeUp, this, [this] {
+        m_verbs->pool()->recovery()->wokeUp();
+        m_scheduler->evaluate();
+    });
 }
 
 SchedulesDialog* Vantrel1::schedulesDialog() const

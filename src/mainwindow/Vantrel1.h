@@ -23,6 +23,7 @@ class QTimer;
 class QuickButtons;
 class Scheduler;
 class SchedulesDialog;
+class SleepWatch;
 class SurfPanel;
 class Verbs;
 class WebForm1;
@@ -139,6 +140,7 @@ private:
     std::unique_ptr<ProgramSession> m_session;
     std::unique_ptr<Scheduler> m_scheduler;
     QPointer<SchedulesDialog> m_schedules;
+    std::unique_ptr<SleepWatch> m_sleep;
     QString m_helpFile;
     bool m_settingUp = true; // placement is not recorded while the window is being set up
     // Until the window is first on screen, the desktop is still placing it (frames, decorations):

@@ -49,6 +49,10 @@ const QList<Setting>& all()
          QStringLiteral("A page that has not finished loading by then is stopped and tried again as after a "
                         "network failure, so that no screen sits on a page that stopped loading"),
          false, 60, 0, 3600, QStringLiteral("never"), QStringLiteral(" s")},
+        {kReloadAfterSleepMinutes, QStringLiteral("After the machine slept, reload pages shown longer than"),
+         QStringLiteral("A page that was shown before the machine went to sleep may be out of date, or its "
+                        "connection gone: it is loaded again when the machine wakes up"),
+         false, 10, 0, 1440, QStringLiteral("any time"), QStringLiteral(" min")},
         {kReopenAfterCrash, QStringLiteral("After a crash, reopen the last session without asking"),
          QStringLiteral("For screens nobody watches: after a crash, a kill or a power cut the windows come back in "
                         "their slots and the run goes on, without a question"),

@@ -96,6 +96,7 @@ void WindowRecovery::loadSucceeded(int slot)
     s.recovery.loadSucceeded();
     s.due = QDateTime();
     s.loadingSince = QDateTime();
+    s.shownSince = Clock::localNow();
     show(slot, PageRecovery::State::Shown, tr("Shown"));
 }
 
@@ -146,6 +147,22 @@ void WindowRecovery::networkBack()
     for (int slot = 1; slot <= 8; ++slot)
         if (m_slots[size_t(slot)].recovery.networkBack() && m_slots[size_t(slot)].due.isValid())
             m_slots[size_t(slot)].due = now;
+}
+
+void WindowRecovery::wokeUp()
+{
+    const QDateTime now = Clock::localNow();
+    const qint64 olderThan = 60LL * VantrelConf::value(VantrelConf::kReloadAfterSleepMinutes);
+    for (int slot = 1; slot <= 8; ++slot) {
+        Slot& s = m_slots[size_t(slot)];
+        if (!s.window || !s.shownSince.isValid() || s.shownSince.secsTo(now) < olderThan ||
+            s.recovery.state() != PageRecovery::State::Shown)
+            continue;
+        s.shownSince = QDateTime();
+        EventLog::write(QStringLiteral("reload after sleep: %1 %2").arg(window(slot), s.loading));
+        show(slot, PageRecovery::State::Loading, tr("Loading %1").arg(s.loading));
+        s.window->retry();
+    }
 }
 
 void WindowRecovery::tick()

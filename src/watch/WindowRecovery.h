@@ -33,6 +33,9 @@ public:
     void tick();
     // The system says the network is back: waiting retries are due at once.
     void networkBack();
+    // The machine woke up: each page shown for longer than the setting says is loaded again (one
+    // that cannot be reached is then tried again as after a network failure).
+    void wokeUp();
 
     const PageRecovery& recovery(int slot) const { return m_slots[size_t(slot)].recovery; }
     // When the slot's next retry or reload is due; invalid when none waits.
@@ -54,6 +57,7 @@ private:
         QDateTime due;
         QDateTime loadingSince; // while a load of `loading` is under way
         QString loading;
+        QDateTime shownSince;
     };
     static bool isSlot(int slot) { return slot >= 1 && slot <= 8; }
     void applyPolicy(Slot& s);

@@ -175,6 +175,31 @@ private slots:
         retriesWithin(w, 600, &tick);
         QCOMPARE(w->calls.count("stop"), 1);
     }
+    void afterASleepPagesShownLongerThanTheSettingAreLoadedAgain()
+    {
+        ScriptedBrowserWindow* old = open("https://old.example/");
+        emit old->loadBegan("https://old.example/");
+        emit old->loadSucceeded("https://old.example/");
+        m_clock->advanceSeconds(9 * 60);
+        ScriptedBrowserWindow* fresh = open("https://fresh.example/");
+        emit fresh->loadBegan("https://fresh.example/");
+        emit fresh->loadSucceeded("https://fresh.example/");
+        ScriptedBrowserWindow* failing = open("https://failing.example/");
+        emit failing->loadBegan("https://failing.example/");
+        emit failing->loadFailed("https://failing.example/", "refused", true);
+        m_clock->advanceSeconds(2 * 60); // the first shown 11 minutes ago, the second 2
+        m_main->webForm()->recovery()->wokeUp();
+        QCOMPARE(old->calls.count("retry"), 1);
+        QCOMPARE(fresh->calls.count("retry"), 0);
+        QCOMPARE(failing->calls.count("retry"), 0); // its own retry is due anyway
+        QVERIFY(logLines().contains("reload after sleep: window 1 https://old.example/"));
+        QCOMPARE(badge(1)->toolTip(), QStringLiteral("Loading https://old.example/"));
+        // With the setting at 0, every shown page comes again.
+        QVERIFY(VantrelConf::setValue(VantrelConf::kReloadAfterSleepMinutes, 0));
+        m_main->webForm()->recovery()->wokeUp();
+        QCOMPARE(fresh->calls.count("retry"), 1);
+        QCOMPARE(old->calls.count("retry"), 1); // still loading from the last wake: not again
+    }
     void theRowsStateSaysWhenItTriesAgain()
     {
         ScriptedBrowserWindow* w = open("https://late.example/");
