@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QQuickWidget>
 #include <QQuickWindow>
+#include <QGuiApplication>
 #include <QScreen>
 #include <QStackedLayout>
 #include <QTimer>
@@ -259,7 +260,22 @@ BrowserFrame* BrowserFrame::frameOfPage(QWebEnginePage* page)
 void BrowserFrame::setTheaterMode(bool on)
 {
     m_theater = on;
-    m_navigationBar->setVisible(!on);
+    m_navigationBar->setVisible(!barHidden());
+    if (isVisible())
+        showInMode();
+}
+
+bool BrowserFrame::barHidden() const
+{
+    return m_theater || m_place.mode == WindowPlace::Mode::FullScreen;
+}
+
+void BrowserFrame::setPlace(const WindowPlace& place)
+{
+    if (place == m_place)
+        return;
+    m_place = place;
+    m_navigationBar->setVisible(!barHidden());
     if (isVisible())
         showInMode();
 }
@@ -269,7 +285,9 @@ void BrowserFrame::showOffScreen()
     // Shown as far as Qt and the engine know, so that the page is laid out at the window's size and
     // drawn; the desktop does not see the window yet.
     setAttribute(Qt::WA_DontShowOnScreen, true);
-    if (m_theater && screen())
+    if (m_place.mode == WindowPlace::Mode::FullScreen || m_place.mode == WindowPlace::Mode::Rect)
+        setGeometry(m_place.rect);
+    else if (m_theater && screen())
         setGeometry(screen()->geometry());
     show();
 }
@@ -281,14 +299,54 @@ bool BrowserFrame::isOffScreen() const
 
 void BrowserFrame::showInMode()
 {
+    if (m_place.mode == WindowPlace::Mode::Hidden) {
+        // Its monitor is missing and it waits out of sight: still drawn, so that it comes back
+        // with its page, but not on any monitor.
+        if (!isOffScreen()) {
+            hide();
+            setAttribute(Qt::WA_DontShowOnScreen, true);
+        }
+        show();
+        return;
+    }
     if (isOffScreen()) {
         hide();
         setAttribute(Qt::WA_DontShowOnScreen, false);
+    }
+    if (m_place.mode != WindowPlace::Mode::Free) {
+        showInPlace();
+        return;
     }
     if (m_theater)
         showFullScreen();
     else if (isFullScreen())
         showNormal();
+    else
+        show();
+}
+
+void BrowserFrame::showInPlace()
+{
+    QScreen* target = nullptr;
+    for (QScreen* screen : QGuiApplication::screens())
+        if (screen->name() == m_place.screen)
+            target = screen;
+    // Under Wayland the compositor puts a window full screen on the monitor it was shown on: one
+    // on another monitor is shown there afresh.
+    const bool wayland = QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    if (target && screen() != target && isVisible() && (wayland || isFullScreen())) {
+        if (wayland)
+            hide();
+        else
+            showNormal();
+    }
+    if (target)
+        setScreen(target);
+    if (isFullScreen() && m_place.mode == WindowPlace::Mode::Rect)
+        showNormal();
+    setGeometry(m_place.rect);
+    if (m_place.mode == WindowPlace::Mode::FullScreen)
+        showFullScreen();
     else
         show();
 }

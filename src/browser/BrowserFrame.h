@@ -1,5 +1,7 @@
 #pragma once
 
+#include "settings/ScreenPlaces.h"
+
 #include <QWidget>
 
 #include <functional>
@@ -31,7 +33,11 @@ public:
     // Theater mode: full screen without the navigation bar.
     void setTheaterMode(bool on);
     bool theaterMode() const { return m_theater; }
-    // Shows the window in its current mode.
+    // Where the window stands when shown (its monitor, full screen or a rectangle, or out of
+    // sight); a shown window goes there at once.
+    void setPlace(const WindowPlace& place);
+    const WindowPlace& place() const { return m_place; }
+    // Shows the window in its current mode, in its place.
     void showInMode();
     // The window as shown, its page drawn, but not yet on the screen; showInMode() puts it there
     // with what it has drawn.
@@ -70,6 +76,9 @@ private:
     void whenDrawn(QWebEngineView* view, std::function<void()> then);
     void showCrash(const QString& address);
     void updateNavigation();
+    void showInPlace();
+    bool barHidden() const;
+    WindowPlace m_place;
 
     BrowserPage* m_page;
     QWebEngineView* m_view;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "settings/PageSettings.h"
+#include "settings/ScreenPlaces.h"
 
 #include <QObject>
 #include <QString>
@@ -62,6 +63,17 @@ public:
     virtual void retry() = 0;
     // Stops the load under way; the page is then tried again with retry(), as a failed one is.
     virtual void stopLoading() = 0;
+    // The process that draws the page (0 while it has none).
+    virtual qint64 pageProcessId() const { return 0; }
+    // Where the window stands when shown: where the desktop puts it (as it comes), full screen on a
+    // monitor, at a rectangle of the desktop, or drawn out of sight while its monitor is missing.
+    // A shown window goes there at once.
+    virtual void setPlace(const WindowPlace& place) { m_place = place; }
+    const WindowPlace& place() const { return m_place; }
+    // The monitor the window stands on now, as the system names it (none while it is out of
+    // sight), and whether it covers it.
+    virtual QString monitor() const { return isVisible() ? m_place.screen : QString(); }
+    virtual bool isFullScreen() const { return isVisible() && (theaterMode() || m_place.mode == WindowPlace::Mode::FullScreen); }
 
     // How the pages this window loads from now on are shown (a list's page settings): at the
     // zoom of `look`, set before the page comes up, and once in view scrolled as it says over
@@ -104,4 +116,7 @@ signals:
     // A person clicked, scrolled, typed or touched in the window (moving the pointer is not enough).
     void personActed();
     void runKeyPressed(RunKey key);
+
+private:
+    WindowPlace m_place;
 };

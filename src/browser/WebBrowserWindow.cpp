@@ -7,7 +7,9 @@
 #include "PageLook.h"
 #include "core/PageText.h"
 
+#include <QScreen>
 #include <QTimer>
+#include <QWindow>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
@@ -317,6 +319,32 @@ void WebBrowserWindow::retry()
         return;
     }
     m_page->load(m_failedUrl.isValid() ? m_failedUrl : m_page->url());
+}
+
+qint64 WebBrowserWindow::pageProcessId() const
+{
+    return m_page->renderProcessPid();
+}
+
+void WebBrowserWindow::setPlace(const WindowPlace& place)
+{
+    BrowserWindow::setPlace(place);
+    if (m_frame)
+        m_frame->setPlace(place);
+}
+
+QString WebBrowserWindow::monitor() const
+{
+    // Where the system says the window is, not where it was asked to go.
+    if (!m_frame || !m_frame->isVisible() || m_frame->isOffScreen() || !m_frame->windowHandle())
+        return QString();
+    const QScreen* screen = m_frame->windowHandle()->screen();
+    return screen ? screen->name() : QString();
+}
+
+bool WebBrowserWindow::isFullScreen() const
+{
+    return m_frame && m_frame->isVisible() && !m_frame->isOffScreen() && m_frame->isFullScreen();
 }
 
 void WebBrowserWindow::stopLoading()

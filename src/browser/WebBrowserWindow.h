@@ -36,6 +36,10 @@ public:
     void quit() override;
     void retry() override;
     void stopLoading() override;
+    qint64 pageProcessId() const override;
+    void setPlace(const WindowPlace& place) override;
+    QString monitor() const override;
+    bool isFullScreen() const override;
     void navigateWhenReady(const QString& address, int timeoutMs) override;
     void navigateThenShow(const QString& address, int timeoutMs) override;
     void comeUp(const std::function<void()>& then) override;

@@ -234,7 +234,9 @@ QByteArray stateJson(const ProgramState& state)
                                    {QStringLiteral("address"), window.address},
                                    {QStringLiteral("state"), window.runPaused ? QStringLiteral("paused")
                                                                               : pageStateName(window.page)},
-                                   {QStringLiteral("current"), window.current}});
+                                   {QStringLiteral("current"), window.current},
+                                   {QStringLiteral("monitor"), window.monitor},
+                                   {QStringLiteral("fullScreen"), window.fullScreen}});
     QJsonArray runs;
     if (state.run.running)
         runs.append(runJson(state.run));

@@ -6,9 +6,12 @@
 #include "about/About1.h"
 #include "about/HelpWindow.h"
 #include "options/SchedulesDialog.h"
+#include "options/ScreensDialog.h"
 #include "schedule/Scheduler.h"
 #include "session/ProgramSession.h"
 #include "settings/SchedulesFile.h"
+#include "settings/ScreensFile.h"
+#include "screens/ScreenPlacer.h"
 #include "watch/SleepWatch.h"
 #include "watch/WindowRecovery.h"
 #include "settings/VantrelConf.h"
@@ -103,6 +106,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     connect(m_options, &OptionsPanel::helpRequested, this, &Vantrel1::showHelp);
     connect(m_options, &OptionsPanel::aboutRequested, this, &Vantrel1::AboutBtn_Click);
     connect(m_options, &OptionsPanel::schedulesRequested, this, &Vantrel1::showSchedules);
+    connect(m_options, &OptionsPanel::screensRequested, this, &Vantrel1::showScreens);
     for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
                                 {2, m_listsPanel},
                                 {3, m_historyPanel},
@@ -197,6 +201,8 @@ void Vantrel1::Form_Load()
     // The window opens on its first tab, which shows exactly what that tab's rule says.
     TabStrip1_Click();
     m_settingUp = false;
+    // Each window goes to the monitor it is fixed to before it is first shown.
+    m_verbs->pool()->placer()->setPlaces(ScreensFile::read(ScreensFile::path()));
     // A session picked up after a crash takes the place of the start-up page and list.
     if (m_session->resume())
         FirstShow = false;
@@ -230,6 +236,24 @@ void Vantrel1::showSchedules()
     keepOnScreen(m_schedules);
     m_schedules->raise();
     m_schedules->activateWindow();
+}
+
+ScreensDialog* Vantrel1::screensDialog() const
+{
+    return m_screens.data();
+}
+
+void Vantrel1::showScreens()
+{
+    if (!m_screens) {
+        m_screens = new ScreensDialog(this, m_verbs->pool()->placer());
+        m_screens->setAttribute(Qt::WA_DeleteOnClose); // made again with the monitors of that moment
+    }
+    keepAboveOwner(m_screens, this);
+    m_screens->show();
+    keepOnScreen(m_screens);
+    m_screens->raise();
+    m_screens->activateWindow();
 }
 
 void Vantrel1::Form_GotFocus()

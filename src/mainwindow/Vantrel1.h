@@ -23,6 +23,7 @@ class QTimer;
 class QuickButtons;
 class Scheduler;
 class SchedulesDialog;
+class ScreensDialog;
 class SleepWatch;
 class SurfPanel;
 class Verbs;
@@ -99,6 +100,8 @@ public:
     // Opens the Schedules dialog (once; brought forward when it is open).
     void showSchedules();
     SchedulesDialog* schedulesDialog() const;
+    void showScreens();
+    ScreensDialog* screensDialog() const;
     QString helpFile() const { return m_helpFile; }
 
     bool FirstShow = false;
@@ -140,6 +143,7 @@ private:
     std::unique_ptr<ProgramSession> m_session;
     std::unique_ptr<Scheduler> m_scheduler;
     QPointer<SchedulesDialog> m_schedules;
+    QPointer<ScreensDialog> m_screens;
     std::unique_ptr<SleepWatch> m_sleep;
     QString m_helpFile;
     bool m_settingUp = true; // placement is not recorded while the window is being set up

@@ -64,6 +64,10 @@ MoreOptions::MoreOptions(QWidget* owner) : QWidget(owner, Qt::Dialog)
     schedules->setObjectName(QStringLiteral("SchedulesBtn"));
     schedules->setToolTip(tr("Favourite lists that run by themselves at their hours: days, times, holidays"));
     connect(schedules, &QPushButton::clicked, this, &MoreOptions::schedulesRequested);
+    QPushButton* screens = buttons->addButton(tr("Screens..."), QDialogButtonBox::ActionRole);
+    screens->setObjectName(QStringLiteral("ScreensBtn"));
+    screens->setToolTip(tr("Each browser window on a monitor of its own, full screen or at a rectangle"));
+    connect(screens, &QPushButton::clicked, this, &MoreOptions::screensRequested);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);

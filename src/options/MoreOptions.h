@@ -33,6 +33,8 @@ signals:
     void applied();
     // "Schedules..." was pressed: the window that knows the lists and the scheduler opens them.
     void schedulesRequested();
+    // "Screens..." was pressed: the window that knows the monitors' placer opens them.
+    void screensRequested();
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -263,6 +263,7 @@ void OptionsPanel::MoreOptionsBtn_Click()
         m_moreOptions = new MoreOptions(window());
         connect(m_moreOptions, &MoreOptions::applied, this, &OptionsPanel::moreOptionsApplied);
         connect(m_moreOptions, &MoreOptions::schedulesRequested, this, &OptionsPanel::schedulesRequested);
+        connect(m_moreOptions, &MoreOptions::screensRequested, this, &OptionsPanel::screensRequested);
     }
     m_moreOptions->showSettings();
     keepAboveOwner(m_moreOptions, window());

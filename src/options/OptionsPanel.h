@@ -56,6 +56,7 @@ signals:
     void moreOptionsApplied();
     // More Options asked for the Schedules dialog.
     void schedulesRequested();
+    void screensRequested();
     // The Help and About buttons.
     void helpRequested();
     void aboutRequested();

@@ -53,6 +53,10 @@ const QList<Setting>& all()
          QStringLiteral("A page that was shown before the machine went to sleep may be out of date, or its "
                         "connection gone: it is loaded again when the machine wakes up"),
          false, 10, 0, 1440, QStringLiteral("any time"), QStringLiteral(" min")},
+        {kPageMemoryLimitMB, QStringLiteral("Reload a page whose process grows past"),
+         QStringLiteral("A page that keeps taking memory is loaded again: while its window is hidden, or after "
+                        "five minutes over the limit when it is always shown"),
+         false, 1536, 0, 65536, QStringLiteral("no limit"), QStringLiteral(" MB")},
         {kReopenAfterCrash, QStringLiteral("After a crash, reopen the last session without asking"),
          QStringLiteral("For screens nobody watches: after a crash, a kill or a power cut the windows come back in "
                         "their slots and the run goes on, without a question"),

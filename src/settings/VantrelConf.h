@@ -24,6 +24,7 @@ inline constexpr char kCrashDelaySeconds[] = "Recovery/SecondsBeforeACrashReload
 inline constexpr char kNetworkRetry[] = "Recovery/RetryAfterNetworkFailures";
 inline constexpr char kLoadTimeoutSeconds[] = "Recovery/StopALoadAfterSeconds";
 inline constexpr char kReloadAfterSleepMinutes[] = "Recovery/AfterSleepReloadPagesOlderThanMinutes";
+inline constexpr char kPageMemoryLimitMB[] = "Recovery/PageProcessMemoryLimitMegabytes";
 inline constexpr char kReopenAfterCrash[] = "Session/ReopenAfterACrashWithoutAsking";
 inline constexpr char kAlwaysReopen[] = "Session/AlwaysReopenLastSession";
 inline constexpr char kStartAtLogin[] = "Session/StartAtLogin";

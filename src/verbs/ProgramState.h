@@ -17,6 +17,8 @@ struct WindowState
     QString pageText;                                     // and its words
     bool runPaused = false; // it shows the page of a run that is paused
     bool runHeldByPerson = false; // ... because someone uses a window of that run
+    QString monitor;        // the monitor the window stands on now, as the system names it
+    bool fullScreen = false; // it covers that monitor
 
     bool operator==(const WindowState&) const = default;
 };

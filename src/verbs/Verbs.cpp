@@ -8,6 +8,7 @@
 #include "TimedRun.h"
 #include "WebForm1.h"
 #include "browser/BrowserWindow.h"
+#include "screens/ScreenPlacer.h"
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
@@ -40,6 +41,7 @@ Verbs::Verbs(QObject* parent)
     connect(m_run, &TimedRun::listTooLong, this, &Verbs::runListTooLong);
     connect(m_run, &TimedRun::changed, this, &Verbs::noteChange);
     connect(m_runs, &RunRoster::changed, this, &Verbs::noteChange);
+    connect(m_pool->placer(), &ScreenPlacer::placed, this, &Verbs::noteChange); // windows moved
     connect(m_lists, &ListsModel::reset, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::groupAdded, this, &Verbs::noteChange);
     connect(m_lists, &ListsModel::pageAdded, this, &Verbs::noteChange);
@@ -343,6 +345,10 @@ WindowState Verbs::window(int slot) const
     TimedRun* run = m_runs->owning(slot);
     w.runPaused = run && run->shownSlot() == slot && run->run().paused();
     w.runHeldByPerson = w.runPaused && run->heldByPerson();
+    if (const BrowserWindow* browser = m_pool->ie(slot)) {
+        w.monitor = browser->monitor();
+        w.fullScreen = browser->isFullScreen();
+    }
     return w;
 }
 

@@ -5,6 +5,7 @@
 #include "core/Globals.h"
 #include "core/PageText.h"
 #include "settings/VantrelConf.h"
+#include "screens/ScreenPlacer.h"
 #include "watch/WindowRecovery.h"
 
 namespace {
@@ -15,7 +16,8 @@ bool isSlot(int slot)
 } // namespace
 
 WebForm1::WebForm1(QObject* parent)
-    : QObject(parent), m_factory(&BrowserEngine::createWindow), m_recovery(new WindowRecovery(this))
+    : QObject(parent), m_factory(&BrowserEngine::createWindow), m_recovery(new WindowRecovery(this)),
+      m_placer(new ScreenPlacer(this))
 {
     setObjectName(QStringLiteral("WebForm1"));
 }
@@ -187,6 +189,7 @@ void WebForm1::connectWindow(int slot, BrowserWindow* window)
             [this, slot](const QString& title) { TitleChange(slot, boundedPageText(title)); });
     connect(window, &BrowserWindow::quitted, this, [this, slot, window] { OnQuit(slot, window); });
     m_recovery->watch(slot, window);
+    m_placer->attach(slot, window); // in its place before it is first shown
     connect(window, &BrowserWindow::personActed, this, [this, slot] { emit personActed(slot); });
     connect(window, &BrowserWindow::runKeyPressed, this, [this, slot](RunKey key) { emit runKeyPressed(slot, key); });
     connect(window, &BrowserWindow::newWindowRequested, this,
@@ -231,6 +234,8 @@ void WebForm1::OnQuit(int slot, BrowserWindow* window)
         m_ie[size_t(slot)] = nullptr;
     window->disconnect(this);
     m_recovery->forget(slot);
+    if (m_ie[size_t(slot)] == nullptr)
+        m_placer->attach(slot, nullptr);
     window->deleteLater();
     g.WindowCount = g.WindowCount - 1;
 }

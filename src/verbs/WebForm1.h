@@ -9,6 +9,7 @@
 #include <array>
 #include <functional>
 
+class ScreenPlacer;
 class WindowRecovery;
 
 // The host of the eight browser windows, one per browsing slot (1 to 8). It shows nothing itself:
@@ -46,6 +47,8 @@ public:
 
     // The recovery of crashed and unreachable pages; it tells each window's state.
     WindowRecovery* recovery() const { return m_recovery; }
+    // Keeps each slot's window on the monitor it is fixed to.
+    ScreenPlacer* placer() const { return m_placer; }
 
     // Set by the timed run around its own navigation: a page that replaces one comes up only once
     // it has loaded, when the settings ask for it.
@@ -98,6 +101,7 @@ private:
 
     WindowFactory m_factory;
     WindowRecovery* m_recovery;
+    ScreenPlacer* m_placer;
     std::array<QPointer<BrowserWindow>, 11> m_ie{};
     std::array<bool, 11> m_slotOpen{};
     quint64 m_bringing = 0; // the latest bringing forward: an earlier one that finishes late does nothing

@@ -165,9 +165,38 @@ void WindowRecovery::wokeUp()
     }
 }
 
+void WindowRecovery::checkMemory(const QDateTime& now)
+{
+    // Reading eight small status files costs a few microseconds; every two seconds is plenty.
+    if (m_memoryChecked.isValid() && m_memoryChecked <= now && m_memoryChecked.secsTo(now) < kMemoryCheckSeconds)
+        return;
+    m_memoryChecked = now;
+    const qint64 limit = qint64(VantrelConf::value(VantrelConf::kPageMemoryLimitMB)) * 1024 * 1024;
+    for (int slot = 1; slot <= 8; ++slot) {
+        Slot& s = m_slots[size_t(slot)];
+        if (!s.window)
+            continue;
+        const qint64 bytes = limit > 0 ? ProcessMemory::residentBytes(s.window->pageProcessId()) : 0;
+        const bool hidden = !s.window->isVisible();
+        const PageMemoryGuard::Verdict verdict = s.memory.look(bytes, limit, hidden, now);
+        if (verdict == PageMemoryGuard::Verdict::Fine || verdict == PageMemoryGuard::Verdict::StillOver)
+            continue;
+        const QString sizes = QStringLiteral("%1 MB, the limit is %2 MB").arg(bytes >> 20).arg(limit >> 20);
+        if (verdict == PageMemoryGuard::Verdict::OverLimit) {
+            EventLog::write(QStringLiteral("page too big: %1 %2 (%3)").arg(window(slot), s.url, sizes));
+            continue;
+        }
+        EventLog::write(QStringLiteral("reload, too big: %1 %2 (%3%4)")
+                            .arg(window(slot), s.url, sizes, hidden ? QStringLiteral(", while hidden") : QString()));
+        show(slot, PageRecovery::State::Loading, tr("Loading %1 again: its page took more than %2 MB").arg(s.url).arg(limit >> 20));
+        s.window->retry();
+    }
+}
+
 void WindowRecovery::tick()
 {
     const QDateTime now = Clock::localNow();
+    checkMemory(now);
     const int timeout = VantrelConf::value(VantrelConf::kLoadTimeoutSeconds);
     for (int slot = 1; slot <= 8; ++slot) {
         Slot& s = m_slots[size_t(slot)];

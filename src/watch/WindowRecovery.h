@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PageRecovery.h"
+#include "ProcessMemory.h"
 
 #include <QDateTime>
 #include <QObject>
@@ -13,9 +14,10 @@ class BrowserWindow;
 // Brings the browser windows' pages back by themselves: a crashed page is loaded again after a
 // short wait (a few times within a while, then it keeps its Reload button), a page that the
 // network could not bring is tried again, ever less often, and at once when the network comes
-// back; a page still loading after a while is stopped and tried again the same way. Each window's
-// state is told (the Surf rows show it), and what happens goes into the log. The work
-// that is due is done at Timer1's ticks, on the program's clock.
+// back; a page still loading after a while is stopped and tried again the same way; a page whose
+// process grows past a limit is loaded again (PageMemoryGuard says when). Each window's state is
+// told (the Surf rows show it), and what happens goes into the log. The work that is due is done
+// at Timer1's ticks, on the program's clock.
 class WindowRecovery : public QObject
 {
     Q_OBJECT
@@ -58,8 +60,12 @@ private:
         QDateTime loadingSince; // while a load of `loading` is under way
         QString loading;
         QDateTime shownSince;
+        PageMemoryGuard memory;
     };
+    void checkMemory(const QDateTime& now);
+    QDateTime m_memoryChecked;
     static bool isSlot(int slot) { return slot >= 1 && slot <= 8; }
+    static constexpr int kMemoryCheckSeconds = 2;
     void applyPolicy(Slot& s);
     void loadBegan(int slot, const QString& url);
     void loadSucceeded(int slot);

@@ -5,6 +5,8 @@
 void ScriptedBrowserWindow::setVisible(bool visible)
 {
     m_visible = visible;
+    if (visible && !placeWhenFirstShown)
+        placeWhenFirstShown = place();
     calls.append(visible ? QStringLiteral("visible") : QStringLiteral("hidden"));
 }
 

@@ -4,6 +4,8 @@
 
 #include <QStringList>
 
+#include <optional>
+
 class WebForm1;
 
 // A stand-in for a browser window that does what it is told and raises the events a test asks
@@ -29,6 +31,9 @@ public:
     void quit() override;
     void retry() override { calls.append(QStringLiteral("retry")); }
     void stopLoading() override { calls.append(QStringLiteral("stop")); }
+    qint64 pageProcessId() const override { return pagePid; }
+    qint64 pagePid = 0;
+    std::optional<WindowPlace> placeWhenFirstShown; // where it stood when first made visible
     void setPageLook(const PageSettings& look, double shownSeconds) override
     {
         this->look = look;

@@ -8,6 +8,7 @@
 #include "browser/BrowserPage.h"
 
 #include <QLabel>
+#include <QRegularExpression>
 #include <QTcpServer>
 #include <QTest>
 
@@ -56,6 +57,24 @@ private slots:
         QTRY_COMPARE(m_main->webForm()->recovery()->recovery(1).state(), PageRecovery::State::Shown);
         QVERIFY(log().filter(" crash: window 1 " + url).size() == 1);
         QVERIFY(log().filter(" automatic reload: window 1 " + url).size() == 1);
+    }
+    void aPageThatTakesTooMuchMemoryIsLoadedAgainWhileHidden()
+    {
+        QVERIFY(VantrelConf::setValue(VantrelConf::kPageMemoryLimitMB, 300));
+        // 500 MB written to, so that the page's process holds it.
+        m_server.setPage("/greedy.html", "<html><head><title>Greedy</title></head><body><script>"
+                                         "window.kept = new Uint8Array(500 * 1024 * 1024).fill(7);"
+                                         "</script>greedy</body></html>");
+        const QString url = m_server.url("/greedy.html");
+        QCOMPARE(openAndWait(url), QStringList{url});
+        const qsizetype asked = m_server.requests.count("/greedy.html");
+        window(1)->setVisible(false); // a kept page between its shows
+        QTRY_VERIFY_WITH_TIMEOUT(m_server.requests.count("/greedy.html") > asked, kLoadTimeoutMs);
+        QCOMPARE(log().filter(QRegularExpression(" reload, too big: window 1 " + QRegularExpression::escape(url) +
+                                                 " \\(\\d+ MB, the limit is 300 MB, while hidden\\)$")).size(), 1);
+        // Loaded again out of sight, it takes as much again: not loaded round and round.
+        QTest::qWait(5000);
+        QCOMPARE(m_server.requests.count("/greedy.html"), asked + 1);
     }
     void aPageThatStopsComingIsStoppedAndTriedAgain()
     {

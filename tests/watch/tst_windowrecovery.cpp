@@ -11,6 +11,7 @@
 #include "widgets/GradientButton.h"
 
 #include <QLabel>
+#include <QRegularExpression>
 #include <QTest>
 
 #include <memory>
@@ -241,6 +242,44 @@ private slots:
         QVERIFY(VantrelConf::setValue(VantrelConf::kNetworkRetry, 0));
         emit w->loadFailed("https://gone.example/", "refused", true);
         QCOMPARE(retriesWithin(w, 5, &tick), QList<int>{});
+    }
+    void aPageWhoseProcessGrowsPastTheLimitIsLoadedAgainWhileHidden()
+    {
+        // This test's own process stands for the page's: it holds more than 1 MB.
+        QVERIFY(VantrelConf::setValue(VantrelConf::kPageMemoryLimitMB, 1));
+        ScriptedBrowserWindow* shown = open("https://shown.example/");
+        shown->pagePid = QCoreApplication::applicationPid();
+        ScriptedBrowserWindow* kept = open("https://kept.example/");
+        kept->pagePid = QCoreApplication::applicationPid();
+        kept->setVisible(false); // a kept page between its shows
+        int tick = 0;
+        retriesWithin(kept, 2.5, &tick);
+        QCOMPARE(kept->calls.count("retry"), 1);
+        QCOMPARE(shown->calls.count("retry"), 0);
+        const QStringList log = logLines();
+        QVERIFY(!log.filter(QRegularExpression("^reload, too big: window 2 https://kept.example/ \\(\\d+ MB, the limit is 1 MB, while hidden\\)$")).isEmpty());
+        QVERIFY(!log.filter(QRegularExpression("^page too big: window 1 https://shown.example/ \\(\\d+ MB, the limit is 1 MB\\)$")).isEmpty());
+        QCOMPARE(badge(2)->toolTip(), QStringLiteral("Loading https://kept.example/ again: its page took more than 1 MB"));
+        // Still too big out of sight: not loaded round and round.
+        retriesWithin(kept, 60, &tick);
+        QCOMPARE(kept->calls.count("retry"), 1);
+        // The page always shown comes again after five minutes over the limit.
+        retriesWithin(shown, 240, &tick);
+        QCOMPARE(shown->calls.count("retry"), 1);
+        QVERIFY(!logLines().filter(QRegularExpression("^reload, too big: window 1 https://shown.example/ \\(\\d+ MB, the limit is 1 MB\\)$")).isEmpty());
+    }
+    void pagesWithinTheLimitOrWithNoLimitAreNotLoadedAgain()
+    {
+        ScriptedBrowserWindow* w = open("https://wall.example/");
+        w->pagePid = QCoreApplication::applicationPid();
+        w->setVisible(false);
+        int tick = 0;
+        QVERIFY(VantrelConf::setValue(VantrelConf::kPageMemoryLimitMB, 65536));
+        retriesWithin(w, 10, &tick);
+        QVERIFY(VantrelConf::setValue(VantrelConf::kPageMemoryLimitMB, 0));
+        retriesWithin(w, 10, &tick);
+        QCOMPARE(w->calls.count("retry"), 0);
+        QVERIFY(logLines().filter("too big").isEmpty());
     }
     void aClosedWindowIsNeitherRetriedNorShown()
     {

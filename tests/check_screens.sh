@@ -1,0 +1,146 @@
+#!/usr/bin/env bash
+# Two monitors, as weston's X11 back end gives them inside Xvfb, under Wayland (screen0, screen1):
+# windows fixed to monitors in Screens.conf end full screen on their own monitor, as the
+# compositor tells the program where each surface is; started again with one output fewer, the
+# window of the missing monitor waits on the primary one.
+# Usage: check_screens.sh VANTREL
+set -euo pipefail
+program=$1
+command=$1
+work=$(mktemp -d)
+chmod 700 "$work"
+pids=()
+finish() {
+    for pid in "${pids[@]}"; do
+        kill -TERM -- "-$pid" 2>/dev/null || true
+    done
+    sleep 0.5
+    for pid in "${pids[@]}"; do
+        kill -KILL -- "-$pid" 2>/dev/null || true
+    done
+    rm -rf "$work"
+}
+trap finish EXIT
+
+free_display() {
+    for n in $(seq 80 120); do
+        [ -e "/tmp/.X11-unix/X$n" ] || [ -e "/tmp/.X$n-lock" ] || { echo "$n"; return; }
+    done
+}
+free_port() {
+    python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
+}
+
+export XDG_RUNTIME_DIR="$work/runtime"
+mkdir -m 700 "$XDG_RUNTIME_DIR"
+xdisplay=$(free_display)
+setsid Xvfb ":$xdisplay" -screen 0 2200x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
+pids+=($!)
+for _ in $(seq 1 100); do [ -e "/tmp/.X11-unix/X$xdisplay" ] && break; sleep 0.1; done
+
+mkdir -p "$work/site"
+printf '<html><head><title>Wall %s</title></head><body>wall</body></html>' 1 >"$work/site/one.html"
+printf '<html><head><title>Wall %s</title></head><body>wall</body></html>' 2 >"$work/site/two.html"
+port=$(free_port)
+setsid python3 -m http.server --bind 127.0.0.1 --directory "$work/site" "$port" >"$work/http.log" 2>&1 &
+pids+=($!)
+
+compositor=""
+start_weston() { # OUTPUTS
+    [ -n "$compositor" ] && { kill -TERM -- "-$compositor" 2>/dev/null || true; sleep 0.5; }
+    rm -f "$XDG_RUNTIME_DIR/vantrel-screens"
+    : >"$work/weston.log"
+    DISPLAY=":$xdisplay" setsid weston --backend=x11-backend.so --output-count="$1" --use-pixman --xwayland \
+        --width=800 --height=600 --socket=vantrel-screens --idle-time=0 >"$work/weston.log" 2>&1 &
+    compositor=$!
+    pids+=("$compositor")
+    for _ in $(seq 1 100); do
+        grep -q "xserver listening on display" "$work/weston.log" && [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] && break
+        sleep 0.1
+    done
+    xwayland=$(sed -n 's/.*xserver listening on display \(:[0-9]*\).*/\1/p' "$work/weston.log" | tail -1)
+    [ -n "$xwayland" ] || { echo "weston did not start"; cat "$work/weston.log"; exit 1; }
+}
+
+app=""
+start_vantrel() { # PLATFORM
+    mkdir -p "$work/home" "$work/data/Vantrel"
+    printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  0 \r\nabout:blank\r\nabout:blank\r\n' >"$work/data/Vantrel/Options.INI"
+    printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
+        >"$work/data/Vantrel/Colors.INI"
+    if [ "$1" = wayland ]; then
+        env -u DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" WAYLAND_DISPLAY=vantrel-screens \
+            DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
+    else
+        env -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" DISPLAY="$xwayland" \
+            DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
+    fi
+    app=$!
+    pids+=("$app")
+    for _ in $(seq 1 200); do
+        HOME="$work/home" XDG_DATA_HOME="$work/data" "$command" --status >/dev/null 2>&1 && return
+        kill -0 "$app" 2>/dev/null || break
+        sleep 0.1
+    done
+    echo "Vantrel did not answer"; cat "$work/out.log"; exit 1
+}
+stop_vantrel() {
+    HOME="$work/home" XDG_DATA_HOME="$work/data" "$command" --quit --discard >/dev/null 2>&1 || true
+    for _ in $(seq 1 100); do kill -0 "$app" 2>/dev/null || return 0; sleep 0.1; done
+    kill -KILL -- "-$app" 2>/dev/null || true
+}
+vantrel() {
+    HOME="$work/home" XDG_DATA_HOME="$work/data" "$command" "$@"
+}
+
+# Waits until window SLOT is full screen on MONITOR: prints the milliseconds it took.
+wait_on() { # SLOT MONITOR SINCE_MS
+    local deadline=$(( $(date +%s%3N) + 15000 ))
+    while [ "$(date +%s%3N)" -lt "$deadline" ]; do
+        if vantrel --status | python3 -c '
+import json, sys
+slot, monitor = int(sys.argv[1]), sys.argv[2]
+w = [w for w in json.load(sys.stdin)["windows"] if w["slot"] == slot]
+sys.exit(0 if w and w[0]["monitor"] == monitor and w[0]["fullScreen"] else 1)' "$1" "$2"; then
+            echo $(( $(date +%s%3N) - $3 ))
+            return 0
+        fi
+        sleep 0.05
+    done
+    echo "window $1 is not full screen on $2:"; vantrel --status; cat "$work/data/Vantrel/Vantrel.log" 2>/dev/null; exit 1
+}
+
+fix_windows() { # FIRST SECOND: window 1 on the second monitor, window 2 on the first
+    printf '[Window1]\nmonitor=%s\nplace=full-screen\n[Window2]\nmonitor=%s\nplace=full-screen\n' "$2" "$1" \
+        >"$work/data/Vantrel/Screens.conf"
+}
+
+check_platform() { # PLATFORM FIRST SECOND
+    mkdir -p "$work/data/Vantrel"
+    fix_windows "$2" "$3"
+    start_vantrel "$1"
+    local t0
+    t0=$(date +%s%3N)
+    vantrel --slot 1 "http://127.0.0.1:$port/one.html"
+    vantrel --slot 2 "http://127.0.0.1:$port/two.html"
+    one=$(wait_on 1 "$3" "$t0")
+    two=$(wait_on 2 "$2" "$t0")
+    echo "$1: window 1 full screen on $3 after $one ms, window 2 on $2 after $two ms"
+    stop_vantrel
+}
+
+start_weston 2
+check_platform wayland screen0 screen1
+
+# One output fewer: the window of the missing monitor waits on the primary one, and says so.
+start_weston 1
+rm -f "$work/data/Vantrel/Vantrel.log"
+fix_windows screen0 screen1
+start_vantrel wayland
+t0=$(date +%s%3N)
+vantrel --slot 1 "http://127.0.0.1:$port/one.html"
+waited=$(wait_on 1 screen0 "$t0")
+grep -q "monitor missing: window 1 waits on screen0 (screen1 is not there)" "$work/data/Vantrel/Vantrel.log" ||
+    { echo "the log does not say the monitor is missing"; cat "$work/data/Vantrel/Vantrel.log"; exit 1; }
+echo "one output fewer: window 1 waits full screen on screen0 after $waited ms"
+stop_vantrel
