@@ -50,31 +50,25 @@ start_weston() { # OUTPUTS
     [ -n "$compositor" ] && { kill -TERM -- "-$compositor" 2>/dev/null || true; sleep 0.5; }
     rm -f "$XDG_RUNTIME_DIR/vantrel-screens"
     : >"$work/weston.log"
-    DISPLAY=":$xdisplay" setsid weston --backend=x11-backend.so --output-count="$1" --use-pixman --xwayland \
+    DISPLAY=":$xdisplay" setsid weston --backend=x11-backend.so --output-count="$1" --use-pixman \
         --width=800 --height=600 --socket=vantrel-screens --idle-time=0 >"$work/weston.log" 2>&1 &
     compositor=$!
     pids+=("$compositor")
     for _ in $(seq 1 100); do
-        grep -q "xserver listening on display" "$work/weston.log" && [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] && break
+        grep -q "Output 'screen$(($1 - 1))' enabled" "$work/weston.log" && [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] && break
         sleep 0.1
     done
-    xwayland=$(sed -n 's/.*xserver listening on display \(:[0-9]*\).*/\1/p' "$work/weston.log" | tail -1)
-    [ -n "$xwayland" ] || { echo "weston did not start"; cat "$work/weston.log"; exit 1; }
+    [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] || { echo "weston did not start"; cat "$work/weston.log"; exit 1; }
 }
 
 app=""
-start_vantrel() { # PLATFORM
+start_vantrel() {
     mkdir -p "$work/home" "$work/data/Vantrel"
     printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  0 \r\nabout:blank\r\nabout:blank\r\n' >"$work/data/Vantrel/Options.INI"
     printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
         >"$work/data/Vantrel/Colors.INI"
-    if [ "$1" = wayland ]; then
-        env -u DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" WAYLAND_DISPLAY=vantrel-screens \
-            DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
-    else
-        env -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" DISPLAY="$xwayland" \
-            DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
-    fi
+    env -u DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" WAYLAND_DISPLAY=vantrel-screens \
+        DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
     app=$!
     pids+=("$app")
     for _ in $(seq 1 200); do
@@ -118,7 +112,7 @@ fix_windows() { # FIRST SECOND: window 1 on the second monitor, window 2 on the 
 check_platform() { # PLATFORM FIRST SECOND
     mkdir -p "$work/data/Vantrel"
     fix_windows "$2" "$3"
-    start_vantrel "$1"
+    start_vantrel
     local t0
     t0=$(date +%s%3N)
     vantrel --slot 1 "http://127.0.0.1:$port/one.html"
@@ -136,7 +130,7 @@ check_platform wayland screen0 screen1
 start_weston 1
 rm -f "$work/data/Vantrel/Vantrel.log"
 fix_windows screen0 screen1
-start_vantrel wayland
+start_vantrel
 t0=$(date +%s%3N)
 vantrel --slot 1 "http://127.0.0.1:$port/one.html"
 waited=$(wait_on 1 screen0 "$t0")
