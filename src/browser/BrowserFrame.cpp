@@ -267,7 +267,37 @@ void BrowserFrame::setTheaterMode(bool on)
 
 bool BrowserFrame::barHidden() const
 {
-    return m_theater || m_place.mode == WindowPlace::Mode::FullScreen;
+    return m_theater || m_blackedOut || m_place.mode == WindowPlace::Mode::FullScreen;
+}
+
+void BrowserFrame::setBlackedOut(bool on)
+{
+    if (on == m_blackedOut)
+        return;
+    m_blackedOut = on;
+    if (on && !m_curtain) {
+        m_curtain = new QWidget(this);
+        m_curtain->setObjectName(QStringLiteral("BlackCurtain"));
+        m_curtain->setAutoFillBackground(true);
+        QPalette black = m_curtain->palette();
+        black.setColor(QPalette::Window, Qt::black);
+        m_curtain->setPalette(black);
+    }
+    if (m_curtain) {
+        m_curtain->setGeometry(rect());
+        m_curtain->setVisible(on);
+        m_curtain->raise();
+    }
+    m_navigationBar->setVisible(!barHidden());
+    if (isVisible())
+        showInMode();
+}
+
+void BrowserFrame::resizeEvent(QResizeEvent* event)
+{
+    QWidget::resizeEvent(event);
+    if (m_curtain)
+        m_curtain->setGeometry(rect());
 }
 
 void BrowserFrame::setPlace(const WindowPlace& place)
@@ -317,7 +347,7 @@ void BrowserFrame::showInMode()
         showInPlace();
         return;
     }
-    if (m_theater)
+    if (m_theater || m_blackedOut)
         showFullScreen();
     else if (isFullScreen())
         showNormal();

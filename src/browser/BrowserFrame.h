@@ -37,6 +37,10 @@ public:
     // sight); a shown window goes there at once.
     void setPlace(const WindowPlace& place);
     const WindowPlace& place() const { return m_place; }
+    // A black curtain over the whole window, its navigation bar hidden, full screen unless its
+    // place says otherwise: nothing shown.
+    void setBlackedOut(bool on);
+    bool blackedOut() const { return m_blackedOut; }
     // Shows the window in its current mode, in its place.
     void showInMode();
     // The window as shown, its page drawn, but not yet on the screen; showInMode() puts it there
@@ -70,6 +74,7 @@ signals:
 
 protected:
     void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
 private:
     void attachPage(BrowserPage* page);
@@ -79,6 +84,8 @@ private:
     void showInPlace();
     bool barHidden() const;
     WindowPlace m_place;
+    bool m_blackedOut = false;
+    QWidget* m_curtain = nullptr;
 
     BrowserPage* m_page;
     QWebEngineView* m_view;

@@ -70,6 +70,10 @@ public:
     // A shown window goes there at once.
     virtual void setPlace(const WindowPlace& place) { m_place = place; }
     const WindowPlace& place() const { return m_place; }
+    // Nothing shown: the window is black over all of its place (full screen where it has none),
+    // as a screen with nothing scheduled; the next page it is sent to takes the black away.
+    virtual void setBlackedOut(bool on) { m_blackedOut = on; }
+    bool blackedOut() const { return m_blackedOut; }
     // The monitor the window stands on now, as the system names it (none while it is out of
     // sight), and whether it covers it.
     virtual QString monitor() const { return isVisible() ? m_place.screen : QString(); }
@@ -116,6 +120,9 @@ signals:
     // A person clicked, scrolled, typed or touched in the window (moving the pointer is not enough).
     void personActed();
     void runKeyPressed(RunKey key);
+
+protected:
+    bool m_blackedOut = false;
 
 private:
     WindowPlace m_place;

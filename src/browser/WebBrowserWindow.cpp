@@ -79,6 +79,8 @@ void WebBrowserWindow::attachPage(BrowserPage* page)
 
 void WebBrowserWindow::navigateWhenReady(const QString& address, int timeoutMs)
 {
+    if (m_blackedOut)
+        setBlackedOut(false); // a page again: the black goes
     if (takeAhead(address, timeoutMs))
         return; // loaded ahead: it comes up now, or as soon as it has loaded
     settleAhead();
@@ -119,6 +121,8 @@ void WebBrowserWindow::navigateThenShow(const QString& address, int timeoutMs)
 {
     if (!m_frame)
         return;
+    if (m_blackedOut)
+        setBlackedOut(false);
     const quint64 showing = ++m_showing;
     auto bringUp = [this, showing] {
         if (showing != m_showing || !m_frame || !m_frame->isOffScreen())
@@ -295,6 +299,8 @@ bool WebBrowserWindow::theaterMode() const
 
 void WebBrowserWindow::navigate(const QString& address)
 {
+    if (m_blackedOut)
+        setBlackedOut(false);
     settleAhead(); // the window goes elsewhere than the run planned
     zoomBeforeLoad(m_page);
     m_lookPending = m_look.zoom == PageSettings::kFitWidth || m_look.scroll != PageSettings::Scroll::None;
@@ -331,6 +337,13 @@ void WebBrowserWindow::setPlace(const WindowPlace& place)
     BrowserWindow::setPlace(place);
     if (m_frame)
         m_frame->setPlace(place);
+}
+
+void WebBrowserWindow::setBlackedOut(bool on)
+{
+    BrowserWindow::setBlackedOut(on);
+    if (m_frame)
+        m_frame->setBlackedOut(on);
 }
 
 QString WebBrowserWindow::monitor() const

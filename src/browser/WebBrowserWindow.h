@@ -38,6 +38,7 @@ public:
     void stopLoading() override;
     qint64 pageProcessId() const override;
     void setPlace(const WindowPlace& place) override;
+    void setBlackedOut(bool on) override;
     QString monitor() const override;
     bool isFullScreen() const override;
     void navigateWhenReady(const QString& address, int timeoutMs) override;

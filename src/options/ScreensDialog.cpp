@@ -2,6 +2,7 @@
 
 #include "core/DialogService.h"
 #include "core/RunError.h"
+#include "core/WebAddress.h"
 #include "screens/ScreenPlacer.h"
 #include "settings/ScreensFile.h"
 
@@ -11,6 +12,7 @@
 #include <QGuiApplication>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTreeWidget>
@@ -84,6 +86,30 @@ ScreensDialog::ScreensDialog(QWidget* owner, ScreenPlacer* placer) : QWidget(own
         connect(row.mode, &QComboBox::currentIndexChanged, this, [this, slot] { showRowState(slot); });
     }
 
+    auto* idleGrid = new QGridLayout;
+    idleGrid->addWidget(new QLabel(QStringLiteral("<b>%1</b>").arg(tr("Window")), this), 0, 0);
+    idleGrid->addWidget(new QLabel(QStringLiteral("<b>%1</b>").arg(tr("With no schedule running in it")), this), 0, 1);
+    idleGrid->addWidget(new QLabel(QStringLiteral("<b>%1</b>").arg(tr("Page")), this), 0, 2);
+    for (int slot = 1; slot <= 8; ++slot) {
+        Row& row = m_rows[size_t(slot - 1)];
+        auto* label = new QLabel(tr("Window %1").arg(slot), this);
+        idleGrid->addWidget(label, slot, 0);
+        row.idle = new QComboBox(this);
+        row.idle->setObjectName(named("IdleCmb", slot));
+        row.idle->setAccessibleName(tr("Window %1 with no schedule running in it").arg(slot));
+        row.idle->setToolTip(tr("What window %1 shows when the rotation scheduled in it ends").arg(slot));
+        row.idle->addItems({tr("Leave the desktop be (the screen may sleep)"), tr("Black"), tr("A page")});
+        idleGrid->addWidget(row.idle, slot, 1);
+        row.idlePage = new QLineEdit(this);
+        row.idlePage->setObjectName(named("IdlePage", slot));
+        row.idlePage->setAccessibleName(tr("Page of window %1 with no schedule running in it").arg(slot));
+        row.idlePage->setPlaceholderText(QStringLiteral("https://"));
+        idleGrid->addWidget(row.idlePage, slot, 2);
+        label->setBuddy(row.idle);
+        connect(row.idle, &QComboBox::currentIndexChanged, this, [this, slot] { showRowState(slot); });
+    }
+    idleGrid->setColumnStretch(2, 1);
+
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
     buttons->button(QDialogButtonBox::Ok)->setObjectName(QStringLiteral("OKBtn"));
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(QStringLiteral("CancelBtn"));
@@ -95,6 +121,8 @@ ScreensDialog::ScreensDialog(QWidget* owner, ScreenPlacer* placer) : QWidget(own
     layout->addWidget(m_list);
     layout->addWidget(m_waylandNote);
     layout->addLayout(grid);
+    layout->addSpacing(8);
+    layout->addLayout(idleGrid);
     layout->addWidget(buttons);
     fill();
 }
@@ -115,7 +143,7 @@ void ScreensDialog::fill()
     }
     // Monitors that windows are fixed to and that are missing now.
     for (const SlotPlace& place : places)
-        if (!ScreenPlaces::find(place.monitor, m_monitors) && !m_choices.contains(place.monitor)) {
+        if (!place.monitor.isEmpty() && !ScreenPlaces::find(place.monitor, m_monitors) && !m_choices.contains(place.monitor)) {
             m_choices << place.monitor;
             const Monitor gone{place.monitor.name, place.monitor.manufacturer, place.monitor.model, place.monitor.serial, {}, false};
             auto* item = new QTreeWidgetItem(m_list, {gone.displayName(), tr("missing now"), QString()});
@@ -147,6 +175,8 @@ void ScreensDialog::fill()
         row.rect[2]->setValue(r.width());
         row.rect[3]->setValue(r.height());
         row.missing->setCurrentIndex(place.missing == SlotPlace::Missing::StayHidden ? 1 : 0);
+        row.idle->setCurrentIndex(int(place.idle.show));
+        row.idlePage->setText(place.idle.page);
         showRowState(slot);
     }
 }
@@ -159,6 +189,7 @@ void ScreensDialog::showRowState(int slot)
     row.missing->setEnabled(fixed);
     for (QSpinBox* spin : row.rect)
         spin->setEnabled(fixed && row.mode->currentIndex() == 1);
+    row.idlePage->setEnabled(row.idle->currentIndex() == int(SlotIdle::Show::Page));
 }
 
 QList<SlotPlace> ScreensDialog::edited() const
@@ -167,10 +198,16 @@ QList<SlotPlace> ScreensDialog::edited() const
     for (int slot = 1; slot <= 8; ++slot) {
         const Row& row = m_rows[size_t(slot - 1)];
         const int choice = row.monitor->currentIndex() - 1;
-        if (choice < 0 || choice >= m_choices.size())
-            continue;
         SlotPlace place;
         place.slot = slot;
+        place.idle.show = SlotIdle::Show(row.idle->currentIndex());
+        if (place.idle.show == SlotIdle::Show::Page)
+            place.idle.page = row.idlePage->text().trimmed();
+        if (choice < 0 || choice >= m_choices.size()) {
+            if (place.idle.show != SlotIdle::Show::Desktop)
+                places << place; // not fixed to a monitor, but with its idle time
+            continue;
+        }
         place.monitor = m_choices[choice];
         place.fullScreen = row.mode->currentIndex() == 0;
         if (!place.fullScreen)
@@ -184,6 +221,14 @@ QList<SlotPlace> ScreensDialog::edited() const
 bool ScreensDialog::save()
 {
     const QList<SlotPlace> places = edited();
+    for (const SlotPlace& place : places)
+        if (place.idle.show == SlotIdle::Show::Page && !WebAddress::fromOutside(place.idle.page)) {
+            m_rows[size_t(place.slot - 1)].idlePage->setFocus();
+            DialogService::message(place.idle.page.isEmpty()
+                                       ? tr("Window %1 has no page to show with no schedule running in it.").arg(place.slot)
+                                       : tr("Window %1: \"%2\" is not an http or https address.").arg(place.slot).arg(place.idle.page));
+            return false;
+        }
     const RunError error = ScreensFile::write(ScreensFile::path(), places);
     if (error != RunError::None) {
         DialogService::message(tr("The screens could not be kept in %1: %2")

@@ -9,6 +9,7 @@
 
 class QComboBox;
 class QLabel;
+class QLineEdit;
 class QSpinBox;
 class QTreeWidget;
 class ScreenPlacer;
@@ -18,7 +19,8 @@ class ScreenPlacer;
 // waits on the primary monitor or out of sight while its monitor is missing. A monitor that a
 // window is fixed to and that is not there now is marked so. Under Wayland, where the compositor
 // decides where windows go, it says that a rectangle has no effect there. OK keeps the places in
-// Screens.conf and moves the windows at once; Cancel leaves everything as it was.
+// Screens.conf and moves the windows at once; Cancel leaves everything as it was. Below, for each
+// window, what it shows while no schedule runs in it: the desktop left be, black, or a page.
 class ScreensDialog : public QWidget
 {
     Q_OBJECT
@@ -41,6 +43,8 @@ private:
         QComboBox* mode = nullptr;
         std::array<QSpinBox*, 4> rect{}; // x, y, width, height on the monitor
         QComboBox* missing = nullptr;
+        QComboBox* idle = nullptr; // with nothing scheduled: the desktop, black, a page
+        QLineEdit* idlePage = nullptr;
     };
     void fill();
     void showRowState(int slot);

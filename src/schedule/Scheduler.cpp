@@ -8,6 +8,10 @@
 
 #include <QSet>
 
+#include <algorithm>
+
+#include <QSet>
+
 namespace {
 
 RunChoice choiceOf(const Schedule& schedule)
@@ -84,9 +88,17 @@ void Scheduler::evaluate()
         return;
     const QDateTime now = Clock::localNow();
     bool anyChange = false;
+    QSet<int> idle, busy; // the windows whose rotation just ended, and those of rotations in their hours
     for (const Schedule& schedule : m_schedules) {
         Track& track = m_tracks[schedule.name];
+        const bool firstLook = !track.looked;
+        track.looked = true;
         const bool inHours = schedule.activeAt(now);
+        const QList<int> windows = schedule.windows.isEmpty() ? QList<int>{1} : schedule.windows;
+        if (inHours)
+            busy += QSet<int>(windows.begin(), windows.end());
+        else if (schedule.enabled && (firstLook || track.inHours))
+            idle += QSet<int>(windows.begin(), windows.end()); // at the end of its hours, or outside them at the start
         const ProgramState state = m_verbs->state();
         QList<RunState> runs{state.run};
         runs += state.otherRuns;
@@ -116,6 +128,13 @@ void Scheduler::evaluate()
             track.stoppedByHand = false;
         track.inHours = inHours;
     }
+    // What a window shows with nothing scheduled comes after every rotation that begins now has
+    // begun, so that a window whose next rotation follows at once never shows it in between.
+    QList<int> showIdle(idle.begin(), idle.end());
+    std::sort(showIdle.begin(), showIdle.end());
+    for (int slot : showIdle)
+        if (!busy.contains(slot))
+            m_verbs->showWhenIdle(slot);
     if (anyChange)
         emit changed();
 }

@@ -45,6 +45,7 @@ signals:
 private:
     struct Track
     {
+        bool looked = false;       // it was looked at once: the program knows where it stands
         bool inHours = false;      // as the last look found it
         int runId = 0;             // the run it started, while that runs
         bool stoppedByHand = false; // stopped inside its hours: it waits for the next ones

@@ -36,6 +36,19 @@ struct MonitorId
     bool operator==(const MonitorId&) const = default;
 };
 
+// What a browsing slot's window shows while no schedule runs in it: the desktop as it is (the
+// rotation's last page, the screen saver and power saving free to take over), nothing (a black
+// window over its monitor), or a page of the person's choice.
+struct SlotIdle
+{
+    enum class Show { Desktop, Black, Page };
+
+    Show show = Show::Desktop;
+    QString page;
+
+    bool operator==(const SlotIdle&) const = default;
+};
+
 // Where one browsing slot's window stands: on a monitor, full screen or at a rectangle of it (in
 // the monitor's own coordinates, so that it follows the monitor wherever the desktop puts it), and
 // what it does while that monitor is missing.
@@ -48,6 +61,7 @@ struct SlotPlace
     bool fullScreen = true;
     QRect rect;
     Missing missing = Missing::WaitOnPrimary;
+    SlotIdle idle;
 
     bool operator==(const SlotPlace&) const = default;
 };

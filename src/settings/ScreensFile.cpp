@@ -15,6 +15,8 @@ namespace {
 const QString kFullScreen = QStringLiteral("full-screen");
 const QString kHidden = QStringLiteral("hidden");
 const QString kPrimary = QStringLiteral("primary");
+const QString kBlack = QStringLiteral("black");
+const QString kPage = QStringLiteral("page");
 
 QString group(int slot)
 {
@@ -71,8 +73,15 @@ QList<SlotPlace> read(const QString& path)
                 place.monitor = {};
         }
         place.missing = text("ifMissing") == kHidden ? SlotPlace::Missing::StayHidden : SlotPlace::Missing::WaitOnPrimary;
+        const QString idle = text("whenIdle");
+        place.idle.page = text("idlePage");
+        place.idle.show = idle == kBlack                             ? SlotIdle::Show::Black
+                          : idle == kPage && !place.idle.page.isEmpty() ? SlotIdle::Show::Page
+                                                                       : SlotIdle::Show::Desktop;
+        if (place.idle.show != SlotIdle::Show::Page)
+            place.idle.page.clear();
         file.endGroup();
-        if (!place.monitor.isEmpty())
+        if (!place.monitor.isEmpty() || place.idle.show != SlotIdle::Show::Desktop)
             places << place;
     }
     return places;
@@ -85,7 +94,7 @@ RunError write(const QString& path, const QList<SlotPlace>& places)
     QList<SlotPlace> sorted = places;
     std::sort(sorted.begin(), sorted.end(), [](const SlotPlace& a, const SlotPlace& b) { return a.slot < b.slot; });
     for (const SlotPlace& place : sorted) {
-        if (place.slot < 1 || place.slot > kWindowSlots || place.monitor.isEmpty())
+        if (place.slot < 1 || place.slot > kWindowSlots || (place.monitor.isEmpty() && place.idle.show == SlotIdle::Show::Desktop))
             continue;
         file.beginGroup(group(place.slot));
         file.setValue(QStringLiteral("monitor"), place.monitor.name);
@@ -97,6 +106,11 @@ RunError write(const QString& path, const QList<SlotPlace>& places)
                                                    ? kFullScreen
                                                    : QStringLiteral("%1 %2 %3 %4").arg(r.x()).arg(r.y()).arg(r.width()).arg(r.height()));
         file.setValue(QStringLiteral("ifMissing"), place.missing == SlotPlace::Missing::StayHidden ? kHidden : kPrimary);
+        file.setValue(QStringLiteral("whenIdle"), place.idle.show == SlotIdle::Show::Black  ? kBlack
+                                                  : place.idle.show == SlotIdle::Show::Page ? kPage
+                                                                                            : QStringLiteral("desktop"));
+        if (place.idle.show == SlotIdle::Show::Page)
+            file.setValue(QStringLiteral("idlePage"), place.idle.page);
         file.endGroup();
     }
     file.sync(); // written to a temporary file and renamed over the old one

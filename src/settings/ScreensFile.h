@@ -11,7 +11,9 @@
 //   monitor=HDMI-1, manufacturer=..., model=..., serial=...   the monitor as it was chosen
 //   place=full-screen, or place=100 50 1280 720                 (x y width height on the monitor)
 //   ifMissing=primary, or ifMissing=hidden
-// A group with no monitor, or a place that cannot be read, is left out.
+//   whenIdle=desktop, black or page, with idlePage=https://...   while no schedule runs there
+// A group with neither a monitor nor a choice for its idle time is left out; so is a place that
+// cannot be read.
 namespace ScreensFile {
 
 inline constexpr char kFileName[] = "Screens.conf";

@@ -72,6 +72,10 @@ public:
     VerbResult closeWindow(int slot);
     // Loads the slot's page again.
     VerbResult reload(int slot);
+    // No schedule runs in the slot now: its window shows what its screen's setting says (the
+    // desktop left be, black, or a page of the person's choice). A window that a run owns is left
+    // to it; a slot with no window has nothing to turn black.
+    VerbResult showWhenIdle(int slot);
     // Closes every browser window (the program's end).
     void closeAllWindows();
     // New windows or the current one for the program's own buttons.

@@ -161,6 +161,27 @@ private slots:
         QVERIFY(window(1)->frame()->isFullScreen());
         QVERIFY(!window(1)->frame()->findChild<QWidget*>("NavigationBar")->isVisible());
     }
+    void aBlackedOutWindowIsBlackFullScreenUntilItsNextPage()
+    {
+        openAndWait(m_server.url("/titled.html"));
+        BrowserFrame* frame = window(1)->frame();
+        window(1)->setBlackedOut(true);
+        QWidget* curtain = frame->findChild<QWidget*>("BlackCurtain");
+        QVERIFY(curtain && curtain->isVisible());
+        QVERIFY(frame->isFullScreen());
+        QVERIFY(!frame->findChild<QWidget*>("NavigationBar")->isVisible());
+        QCOMPARE(curtain->geometry(), frame->rect());
+        // What the window shows is black, over all of it.
+        const QImage shot = frame->grab().toImage();
+        QCOMPARE(shot.pixelColor(shot.width() / 2, shot.height() / 2), QColor(Qt::black));
+        QCOMPARE(shot.pixelColor(5, 5), QColor(Qt::black));
+        // Its next page takes the black away.
+        window(1)->navigate(m_server.url("/plain.html"));
+        QVERIFY(!curtain->isVisible());
+        QVERIFY(!window(1)->blackedOut());
+        QTRY_VERIFY(!frame->isFullScreen());
+        QVERIFY(frame->findChild<QWidget*>("NavigationBar")->isVisible());
+    }
     void crashedPageShowsItsAddressAndLoadsAgain()
     {
         const QString url = m_server.url("/titled.html");

@@ -3,6 +3,7 @@
 // kept in Screens.conf and its window moved at once; a monitor that is missing now is marked.
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
+#include "core/DialogService.h"
 #include "mainwindow/Vantrel1.h"
 #include "options/ScreensDialog.h"
 #include "screens/ScreenPlacer.h"
@@ -12,6 +13,7 @@
 
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QTest>
@@ -115,6 +117,27 @@ private slots:
         // Kept as it is when OK is pressed: the monitor may come back.
         QVERIFY(dialog()->save());
         QCOMPARE(ScreensFile::read(ScreensFile::path()), QList<SlotPlace>{gone});
+    }
+    void whatAWindowShowsWithNothingScheduledIsChosenAndChecked()
+    {
+        open();
+        QLineEdit* page = control<QLineEdit>("IdlePage3");
+        QVERIFY(!page->isEnabled());
+        control<QComboBox>("IdleCmb3")->setCurrentIndex(2);
+        QVERIFY(page->isEnabled());
+        page->setText("javascript:alert(1)");
+        QVERIFY(!dialog()->save());
+        QCOMPARE(DialogService::shownTexts().last(), QStringLiteral("Window 3: \"javascript:alert(1)\" is not an http or https address."));
+        QVERIFY(!QFile::exists(ScreensFile::path()));
+        page->setText("https://closed.example/");
+        control<QComboBox>("IdleCmb4")->setCurrentIndex(1);
+        QVERIFY(dialog()->save());
+        const QList<SlotPlace> places = ScreensFile::read(ScreensFile::path());
+        QCOMPARE(places.size(), 2);
+        QCOMPARE(places[0].idle, (SlotIdle{SlotIdle::Show::Page, QStringLiteral("https://closed.example/")}));
+        QCOMPARE(places[1].idle.show, SlotIdle::Show::Black);
+        QVERIFY(places[1].monitor.isEmpty());
+        QCOMPARE(placer()->places(), places);
     }
     void cancelChangesNothing()
     {

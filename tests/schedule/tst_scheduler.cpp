@@ -4,6 +4,7 @@
 // stopped waits for its next hours, and "where it stopped today" goes on at that page.
 #include "VerbsHarness.h"
 #include "schedule/Scheduler.h"
+#include "screens/ScreenPlacer.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -76,6 +77,64 @@ private slots:
         QVERIFY(h->log().contains("schedule \"Opening\": its hours began, Shop runs in the run dialog's window"));
         QVERIFY(h->log().contains("schedule \"Opening\": its hours ended, Shop stopped"));
         QVERIFY(DialogService::shownTexts().isEmpty()); // nobody at the screen is asked anything
+    }
+    void aWindowWithNothingScheduledShowsBlackOrItsPageOrIsLeftBe()
+    {
+        SlotPlace black;
+        black.slot = 2;
+        black.idle.show = SlotIdle::Show::Black;
+        SlotPlace page;
+        page.slot = 3;
+        page.idle = {SlotIdle::Show::Page, QStringLiteral("https://closed.example/")};
+        h->verbs->pool()->placer()->setPlaces({black, page});
+        scheduler->setSchedules({schedule("Left", "Shop", "Mon-Fri 10:01-10:03", {2}),
+                                 schedule("Right", "Night", "Mon-Fri 10:01-10:03", {3}),
+                                 schedule("Alone", "Mine", "Mon-Fri 10:01-10:03", {4})});
+        // Outside their hours at the start: window 3 shows its page; windows 2 and 4 have none yet.
+        at(10, 0, 0);
+        QCOMPARE(h->window(3)->navigations, QStringList{"https://closed.example/"});
+        QVERIFY(!h->window(2));
+        at(10, 1, 0);
+        QVERIFY(!h->window(2)->blackedOut());
+        QCOMPARE(h->window(3)->navigations.last(), QStringLiteral("https://n1.example/"));
+        at(10, 3, 0); // their hours end
+        QVERIFY(h->window(2)->blackedOut());
+        QVERIFY(h->window(2)->isVisible());
+        QCOMPARE(h->window(3)->navigations.last(), QStringLiteral("https://closed.example/"));
+        QCOMPARE(h->window(4)->navigations, QStringList{"https://m1.example/"}); // left be
+        QVERIFY(!h->window(4)->blackedOut());
+        QVERIFY(h->log().contains("nothing scheduled: window 2 shows black"));
+        QVERIFY(h->log().contains("nothing scheduled: window 3 shows https://closed.example/"));
+        // Nothing more while nothing changes.
+        at(10, 4, 0);
+        QCOMPARE(h->window(3)->navigations.count("https://closed.example/"), 2);
+    }
+    void aWindowWhoseNextRotationFollowsAtOnceNeverShowsItsIdlePage()
+    {
+        SlotPlace page;
+        page.slot = 2;
+        page.idle = {SlotIdle::Show::Page, QStringLiteral("https://closed.example/")};
+        h->verbs->pool()->placer()->setPlaces({page});
+        scheduler->setSchedules({schedule("Day", "Shop", "Mon-Fri 10:00-10:02", {2}),
+                                 schedule("Evening", "Night", "Mon-Fri 10:02-10:04", {2})});
+        at(10, 0, 0);
+        at(10, 2, 0);
+        QCOMPARE(h->window(2)->navigations, (QStringList{"https://s1.example/", "https://n1.example/"}));
+        at(10, 4, 0);
+        QCOMPARE(h->window(2)->navigations.last(), QStringLiteral("https://closed.example/"));
+    }
+    void aRunStartedByHandIsNotCoveredByAnIdleScreen()
+    {
+        SlotPlace black;
+        black.slot = 1;
+        black.idle.show = SlotIdle::Show::Black;
+        h->verbs->pool()->placer()->setPlaces({black});
+        QVERIFY(h->verbs->runList({"Mine", 60, true}, Caller::Outside).ok());
+        h->verbs->tick();
+        scheduler->setSchedules({schedule("Opening", "Shop", "Mon-Fri 11:00-12:00")});
+        at(10, 0, 0); // outside its hours; window 1 runs the list somebody started
+        QVERIFY(!h->window(1)->blackedOut());
+        QVERIFY(mainRun().running);
     }
     void aMachineThatSleptThroughTheStartRunsOnWakingAndAClockSetBackStopsIt()
     {

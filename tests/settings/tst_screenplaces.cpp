@@ -130,6 +130,30 @@ private slots:
         QCOMPARE(ScreensFile::write(ScreensFile::path(), {}), RunError::None);
         QCOMPARE(ScreensFile::read(ScreensFile::path()), QList<SlotPlace>{});
     }
+    void theFileKeepsWhatAWindowShowsWithNothingScheduled()
+    {
+        TempAppFolder app;
+        SlotPlace black = fixedTo(left);
+        black.slot = 2;
+        black.idle.show = SlotIdle::Show::Black;
+        SlotPlace page; // fixed to no monitor, but with a page for its idle time
+        page.slot = 5;
+        page.idle = {SlotIdle::Show::Page, QStringLiteral("https://closed.example/")};
+        SlotPlace nothing; // neither: not written
+        nothing.slot = 6;
+        QCOMPARE(ScreensFile::write(ScreensFile::path(), {black, page, nothing}), RunError::None);
+        const QString text = QString::fromUtf8(readAll(ScreensFile::path()));
+        QVERIFY(text.contains("whenIdle=black"));
+        QVERIFY(text.contains("idlePage=https://closed.example/"));
+        QVERIFY(!text.contains("[Window6]"));
+        QCOMPARE(ScreensFile::read(ScreensFile::path()), (QList<SlotPlace>{black, page}));
+        QCOMPARE(ScreenPlaces::resolve(page, {left}), WindowPlace{}); // where the desktop puts it
+        // A page with no address is the desktop left be.
+        QVERIFY(writeAll(ScreensFile::path(), "[Window1]\nwhenIdle=page\n[Window2]\nmonitor=DP-2\nwhenIdle=page\n"));
+        const QList<SlotPlace> read = ScreensFile::read(ScreensFile::path());
+        QCOMPARE(read.size(), 1);
+        QCOMPARE(read[0].idle, SlotIdle{});
+    }
     void aFileMendedByHandIsReadAsFarAsItCanBe()
     {
         TempAppFolder app;
