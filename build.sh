@@ -7,7 +7,7 @@ cd "$(dirname "$0")"
 
 RUN_PACKAGES=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-webengine-dev qt6-wayland libgl-dev libqt6sql6-sqlite
     libxcb1-dev)
-TEST_PACKAGES=(clang libclang-rt-14-dev desktop-file-utils appstream dpkg-dev weston dbus-daemon libglib2.0-bin xdg-utils xvfb xdotool
+TEST_PACKAGES=(clang libclang-rt-14-dev desktop-file-utils appstream dpkg-dev weston xwayland dbus-daemon libglib2.0-bin xdg-utils xvfb xdotool
     at-spi2-core python3-pyatspi openbox x11-utils python3-dbusmock)
 
 BUILD_DIR=${BUILD_DIR:-build}

@@ -1,8 +1,11 @@
 #!/usr/bin/env bash
-# Two monitors, as weston's X11 back end gives them inside Xvfb, under Wayland (screen0, screen1):
+# Two monitors, as weston's X11 back end gives them inside Xvfb. Under Wayland (screen0, screen1)
 # windows fixed to monitors in Screens.conf end full screen on their own monitor, as the
 # compositor tells the program where each surface is; started again with one output fewer, the
-# window of the missing monitor waits on the primary one.
+# window of the missing monitor waits on the primary one. Under X11, through Xwayland (XWAYLAND0,
+# XWAYLAND1), windows at rectangles of their monitors stand there, as the X server says. (Weston's
+# X11 window manager puts every full-screen X11 window on its first output, wherever it stands, so
+# full screen is tried under Wayland alone.)
 # Usage: check_screens.sh VANTREL
 set -euo pipefail
 program=$1
@@ -50,25 +53,31 @@ start_weston() { # OUTPUTS
     [ -n "$compositor" ] && { kill -TERM -- "-$compositor" 2>/dev/null || true; sleep 0.5; }
     rm -f "$XDG_RUNTIME_DIR/vantrel-screens"
     : >"$work/weston.log"
-    DISPLAY=":$xdisplay" setsid weston --backend=x11-backend.so --output-count="$1" --use-pixman \
+    DISPLAY=":$xdisplay" setsid weston --backend=x11-backend.so --output-count="$1" --use-pixman --xwayland \
         --width=800 --height=600 --socket=vantrel-screens --idle-time=0 >"$work/weston.log" 2>&1 &
     compositor=$!
     pids+=("$compositor")
     for _ in $(seq 1 100); do
-        grep -q "Output 'screen$(($1 - 1))' enabled" "$work/weston.log" && [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] && break
+        grep -q "xserver listening on display" "$work/weston.log" && [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] && break
         sleep 0.1
     done
-    [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] || { echo "weston did not start"; cat "$work/weston.log"; exit 1; }
+    xwayland=$(sed -n 's/.*xserver listening on display \(:[0-9]*\).*/\1/p' "$work/weston.log" | tail -1)
+    [ -n "$xwayland" ] || { echo "weston did not start"; cat "$work/weston.log"; exit 1; }
 }
 
 app=""
-start_vantrel() {
+start_vantrel() { # [x11]
     mkdir -p "$work/home" "$work/data/Vantrel"
     printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  0 \r\nabout:blank\r\nabout:blank\r\n' >"$work/data/Vantrel/Options.INI"
     printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
         >"$work/data/Vantrel/Colors.INI"
-    env -u DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" WAYLAND_DISPLAY=vantrel-screens \
-        DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
+    if [ "${1:-}" = x11 ]; then
+        env -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" DISPLAY="$xwayland" \
+            DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
+    else
+        env -u DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" WAYLAND_DISPLAY=vantrel-screens \
+            DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
+    fi
     app=$!
     pids+=("$app")
     for _ in $(seq 1 200); do
@@ -87,21 +96,22 @@ vantrel() {
     HOME="$work/home" XDG_DATA_HOME="$work/data" "$command" "$@"
 }
 
-# Waits until window SLOT is full screen on MONITOR: prints the milliseconds it took.
-wait_on() { # SLOT MONITOR SINCE_MS
+# Waits until window SLOT is full screen on MONITOR (or FULL=false: not full screen): prints the
+# milliseconds it took.
+wait_on() { # SLOT MONITOR SINCE_MS [FULL]
     local deadline=$(( $(date +%s%3N) + 15000 ))
     while [ "$(date +%s%3N)" -lt "$deadline" ]; do
         if vantrel --status | python3 -c '
 import json, sys
-slot, monitor = int(sys.argv[1]), sys.argv[2]
+slot, monitor, full = int(sys.argv[1]), sys.argv[2], sys.argv[3] == "true"
 w = [w for w in json.load(sys.stdin)["windows"] if w["slot"] == slot]
-sys.exit(0 if w and w[0]["monitor"] == monitor and w[0]["fullScreen"] else 1)' "$1" "$2"; then
+sys.exit(0 if w and w[0]["monitor"] == monitor and w[0]["fullScreen"] == full else 1)' "$1" "$2" "${4:-true}"; then
             echo $(( $(date +%s%3N) - $3 ))
             return 0
         fi
         sleep 0.05
     done
-    echo "window $1 is not full screen on $2:"; vantrel --status; cat "$work/data/Vantrel/Vantrel.log" 2>/dev/null; exit 1
+    echo "window $1 is not where it belongs on $2:"; vantrel --status; cat "$work/data/Vantrel/Vantrel.log" 2>/dev/null; exit 1
 }
 
 fix_windows() { # FIRST SECOND: window 1 on the second monitor, window 2 on the first
@@ -137,4 +147,27 @@ waited=$(wait_on 1 screen0 "$t0")
 grep -q "monitor missing: window 1 waits on screen0 (screen1 is not there)" "$work/data/Vantrel/Vantrel.log" ||
     { echo "the log does not say the monitor is missing"; cat "$work/data/Vantrel/Vantrel.log"; exit 1; }
 echo "one output fewer: window 1 waits full screen on screen0 after $waited ms"
+stop_vantrel
+
+# Under X11: rectangles of their monitors, where the X server puts them.
+start_weston 2
+printf '[Window1]\nmonitor=XWAYLAND1\nplace=100 50 400 300\n[Window2]\nmonitor=XWAYLAND0\nplace=10 10 300 200\n' \
+    >"$work/data/Vantrel/Screens.conf"
+start_vantrel x11
+t0=$(date +%s%3N)
+vantrel --slot 1 "http://127.0.0.1:$port/one.html"
+vantrel --slot 2 "http://127.0.0.1:$port/two.html"
+one=$(wait_on 1 XWAYLAND1 "$t0" false)
+two=$(wait_on 2 XWAYLAND0 "$t0" false)
+# As the X server has them: window 1 on the right-hand monitor (x from 800), window 2 on the left.
+x_of() {
+    local id
+    id=$(DISPLAY="$xwayland" xdotool search --name "^$1\$" | head -1)
+    DISPLAY="$xwayland" xwininfo -id "$id" | sed -n 's/.*Absolute upper-left X: *\(-*[0-9]*\).*/\1/p'
+}
+x1=$(x_of "Wall 1")
+x2=$(x_of "Wall 2")
+[ "$x1" -ge 800 ] && [ "$x1" -lt 1600 ] || { echo "window 1 stands at x $x1, not on XWAYLAND1"; exit 1; }
+[ "$x2" -ge 0 ] && [ "$x2" -lt 800 ] || { echo "window 2 stands at x $x2, not on XWAYLAND0"; exit 1; }
+echo "x11: window 1 at a rectangle of XWAYLAND1 (x $x1) after $one ms, window 2 of XWAYLAND0 (x $x2) after $two ms"
 stop_vantrel

@@ -7,6 +7,7 @@
 #include "PageLook.h"
 #include "core/PageText.h"
 
+#include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
@@ -348,10 +349,14 @@ void WebBrowserWindow::setBlackedOut(bool on)
 
 QString WebBrowserWindow::monitor() const
 {
-    // Where the system says the window is, not where it was asked to go.
+    // Where the system says the window is, not where it was asked to go: under X11 the monitor
+    // under the middle of the window as the X server placed it; under Wayland, where a window
+    // knows no position, the output the compositor says its surface is on.
     if (!m_frame || !m_frame->isVisible() || m_frame->isOffScreen() || !m_frame->windowHandle())
         return QString();
-    const QScreen* screen = m_frame->windowHandle()->screen();
+    const QScreen* screen = QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
+                                ? m_frame->windowHandle()->screen()
+                                : QGuiApplication::screenAt(m_frame->geometry().center());
     return screen ? screen->name() : QString();
 }
 
