@@ -7,10 +7,7 @@
 #include "PageLook.h"
 #include "core/PageText.h"
 
-#include <QGuiApplication>
-#include <QScreen>
 #include <QTimer>
-#include <QWindow>
 #include <QWebEngineLoadingInfo>
 #include <QWebEngineNewWindowRequest>
 #include <QWebEngineScript>
@@ -271,33 +268,6 @@ WebBrowserWindow::~WebBrowserWindow()
     delete m_frame; // before the page it shows, which is a child of this object
 }
 
-void WebBrowserWindow::setVisible(bool visible)
-{
-    if (!m_frame)
-        return;
-    ++m_showing; // shown or hidden on purpose: a first page still loading no longer decides
-    if (visible)
-        m_frame->showInMode();
-    else
-        m_frame->hide();
-}
-
-bool WebBrowserWindow::isVisible() const
-{
-    return m_frame && m_frame->isVisible();
-}
-
-void WebBrowserWindow::setTheaterMode(bool on)
-{
-    if (m_frame)
-        m_frame->setTheaterMode(on);
-}
-
-bool WebBrowserWindow::theaterMode() const
-{
-    return m_frame && m_frame->theaterMode();
-}
-
 void WebBrowserWindow::navigate(const QString& address)
 {
     if (m_blackedOut)
@@ -331,38 +301,6 @@ void WebBrowserWindow::retry()
 qint64 WebBrowserWindow::pageProcessId() const
 {
     return m_page->renderProcessPid();
-}
-
-void WebBrowserWindow::setPlace(const WindowPlace& place)
-{
-    BrowserWindow::setPlace(place);
-    if (m_frame)
-        m_frame->setPlace(place);
-}
-
-void WebBrowserWindow::setBlackedOut(bool on)
-{
-    BrowserWindow::setBlackedOut(on);
-    if (m_frame)
-        m_frame->setBlackedOut(on);
-}
-
-QString WebBrowserWindow::monitor() const
-{
-    // Where the system says the window is, not where it was asked to go: under X11 the monitor
-    // under the middle of the window as the X server placed it; under Wayland, where a window
-    // knows no position, the output the compositor says its surface is on.
-    if (!m_frame || !m_frame->isVisible() || m_frame->isOffScreen() || !m_frame->windowHandle())
-        return QString();
-    const QScreen* screen = QGuiApplication::platformName().startsWith(QLatin1String("wayland"))
-                                ? m_frame->windowHandle()->screen()
-                                : QGuiApplication::screenAt(m_frame->geometry().center());
-    return screen ? screen->name() : QString();
-}
-
-bool WebBrowserWindow::isFullScreen() const
-{
-    return m_frame && m_frame->isVisible() && !m_frame->isOffScreen() && m_frame->isFullScreen();
 }
 
 void WebBrowserWindow::stopLoading()

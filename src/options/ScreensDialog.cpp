@@ -36,7 +36,7 @@ ScreensDialog::ScreensDialog(QWidget* owner, ScreenPlacer* placer) : QWidget(own
     m_list->setObjectName(QStringLiteral("MonitorsList"));
     m_list->setAccessibleName(tr("Monitors"));
     m_list->setRootIsDecorated(false);
-    m_list->setHeaderLabels({tr("Monitor"), tr("Where it stands"), tr("")});
+    m_list->setHeaderLabels({tr("Monitor"), tr("Where it stands"), QString()});
     m_list->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_list->setMaximumHeight(110);
 
