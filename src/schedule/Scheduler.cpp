@@ -1,6 +1,7 @@
 #include "Scheduler.h"
 
 #include "core/Clock.h"
+#include "settings/VantrelConf.h"
 #include "verbs/ProgramState.h"
 #include "verbs/TimedRun.h"
 #include "verbs/Verbs.h"
@@ -133,8 +134,20 @@ void Scheduler::evaluate()
     QList<int> showIdle(idle.begin(), idle.end());
     std::sort(showIdle.begin(), showIdle.end());
     for (int slot : showIdle)
-        if (!busy.contains(slot))
-            m_verbs->showWhenIdle(slot);
+        if (!busy.contains(slot) && m_verbs->showWhenIdle(slot).ok() && m_verbs->idleShowOf(slot) != SlotIdle::Show::Desktop)
+            m_idleShown.insert(slot);
+    // A window that a run took again, or that is gone, shows its idle time no more.
+    for (auto it = m_idleShown.begin(); it != m_idleShown.end();)
+        it = busy.contains(*it) || m_verbs->window(*it).slot == 0 || m_verbs->slotOwnedByRun(*it) ? m_idleShown.erase(it) : std::next(it);
+    if (m_idleShown.isEmpty()) {
+        m_awake.release();
+    } else if (!m_awake.held() && VantrelConf::flag(VantrelConf::kKeepScreenAwake)) {
+        QString why;
+        if (!m_awake.hold(QStringLiteral("A screen shows what it shows with nothing scheduled"), &why) && !m_awakeRefused) {
+            EventLog::write(QStringLiteral("the screen cannot be kept awake: ") + why);
+            m_awakeRefused = true;
+        }
+    }
     if (anyChange)
         emit changed();
 }

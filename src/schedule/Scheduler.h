@@ -1,12 +1,14 @@
 #pragma once
 
 #include "settings/Schedule.h"
+#include "watch/ScreenAwake.h"
 
 #include <QDate>
 #include <QDateTime>
 #include <QHash>
 #include <QObject>
 #include <QPointer>
+#include <QSet>
 #include <QTimer>
 
 class Verbs;
@@ -38,6 +40,10 @@ public:
 
     // The run a schedule runs under now (1 the run dialog's, 2 and on in other windows), 0 when none.
     int runOf(const QString& scheduleName) const;
+    // The windows that show black or a page of their own now, with nothing scheduled in them:
+    // while there are any, the screen is held awake as during a run (when the settings ask for
+    // it), so that what they show stays in view; "Leave the desktop be" lets it go.
+    const QSet<int>& idleShown() const { return m_idleShown; }
 
 signals:
     void changed();
@@ -64,5 +70,8 @@ private:
     QPointer<Verbs> m_verbs;
     QList<Schedule> m_schedules;
     QHash<QString, Track> m_tracks; // by the schedule's name
+    QSet<int> m_idleShown;
+    ScreenAwake m_awake;
+    bool m_awakeRefused = false; // said once in the log
     QTimer m_timer;
 };

@@ -314,6 +314,19 @@ VerbResult Verbs::reload(int slot)
     return VerbResult::done();
 }
 
+SlotIdle::Show Verbs::idleShowOf(int slot) const
+{
+    for (const SlotPlace& place : m_pool->placer()->places())
+        if (place.slot == slot)
+            return place.idle.show;
+    return SlotIdle::Show::Desktop;
+}
+
+bool Verbs::slotOwnedByRun(int slot) const
+{
+    return m_runs->owning(slot) != nullptr;
+}
+
 VerbResult Verbs::showWhenIdle(int slot)
 {
     if (!isSlot(slot))

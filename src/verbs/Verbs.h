@@ -5,6 +5,7 @@
 #include "ProgramState.h"
 #include "TimedRun.h"
 #include "VerbResult.h"
+#include "settings/ScreenPlaces.h"
 
 #include <QObject>
 #include <QSet>
@@ -76,6 +77,10 @@ public:
     // desktop left be, black, or a page of the person's choice). A window that a run owns is left
     // to it; a slot with no window has nothing to turn black.
     VerbResult showWhenIdle(int slot);
+    // What the slot's window shows with no schedule running in it, as its screen's setting says.
+    SlotIdle::Show idleShowOf(int slot) const;
+    // A run of a list owns the slot's window now.
+    bool slotOwnedByRun(int slot) const;
     // Closes every browser window (the program's end).
     void closeAllWindows();
     // New windows or the current one for the program's own buttons.

@@ -105,9 +105,16 @@ private slots:
         QVERIFY(!h->window(4)->blackedOut());
         QVERIFY(h->log().contains("nothing scheduled: window 2 shows black"));
         QVERIFY(h->log().contains("nothing scheduled: window 3 shows https://closed.example/"));
+        // What they show stays in view; the window left be lets the screen go.
+        QCOMPARE(scheduler->idleShown(), (QSet<int>{2, 3}));
         // Nothing more while nothing changes.
         at(10, 4, 0);
         QCOMPARE(h->window(3)->navigations.count("https://closed.example/"), 2);
+        // A run taking window 2 again ends its idle time; a window closed ends it too.
+        QVERIFY(h->verbs->runInOtherWindows({"Shop", 60, true}, {2}, Caller::Outside).ok());
+        h->window(3)->closeByHand();
+        at(10, 5, 0);
+        QVERIFY(scheduler->idleShown().isEmpty());
     }
     void aWindowWhoseNextRotationFollowsAtOnceNeverShowsItsIdlePage()
     {
