@@ -12,8 +12,6 @@
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "core/Globals.h"
-#include "core/WebAddress.h"
-#include "watch/EventLog.h"
 #include "watch/WindowRecovery.h"
 
 #include <QMetaObject>
@@ -311,52 +309,6 @@ VerbResult Verbs::reload(int slot)
                                                                      : m_rows[size_t(slot)].address;
     window->navigate(address);
     m_pool->recovery()->sentTo(slot, address);
-    return VerbResult::done();
-}
-
-SlotIdle::Show Verbs::idleShowOf(int slot) const
-{
-    for (const SlotPlace& place : m_pool->placer()->places())
-        if (place.slot == slot)
-            return place.idle.show;
-    return SlotIdle::Show::Desktop;
-}
-
-bool Verbs::slotOwnedByRun(int slot) const
-{
-    return m_runs->owning(slot) != nullptr;
-}
-
-VerbResult Verbs::showWhenIdle(int slot)
-{
-    if (!isSlot(slot))
-        return VerbResult::failed(VerbResult::NoSuchSlot, QString::number(slot));
-    if (m_runs->owning(slot))
-        return VerbResult::failed(VerbResult::SlotOfAnotherRun, QString::number(slot));
-    SlotIdle idle;
-    for (const SlotPlace& place : m_pool->placer()->places())
-        if (place.slot == slot)
-            idle = place.idle;
-    BrowserWindow* window = m_pool->ie(slot);
-    switch (idle.show) {
-    case SlotIdle::Show::Desktop:
-        return VerbResult::done();
-    case SlotIdle::Show::Black:
-        if (!window || globals().WindowUrl[slot].isEmpty())
-            return VerbResult::failed(VerbResult::SlotEmpty, QString::number(slot));
-        window->setBlackedOut(true);
-        window->setVisible(true);
-        EventLog::write(QStringLiteral("nothing scheduled: window %1 shows black").arg(slot));
-        noteChange();
-        return VerbResult::done();
-    case SlotIdle::Show::Page: {
-        const std::optional<QString> address = WebAddress::fromOutside(idle.page);
-        if (!address)
-            return VerbResult::failed(VerbResult::NotAWebAddress, idle.page);
-        EventLog::write(QStringLiteral("nothing scheduled: window %1 shows %2").arg(slot).arg(*address));
-        return openPage(*address, QString(), OpenWhere::Slot, slot, Caller::Outside);
-    }
-    }
     return VerbResult::done();
 }
 
