@@ -6,22 +6,7 @@
 # Usage: check_handson.sh PROGRAM
 set -euo pipefail
 program=$1
-work=$(mktemp -d)
-chmod 700 "$work"
-finish() {
-    for pid in ${app:-} ${server:-}; do
-        kill -TERM -- "-$pid" 2>/dev/null || true
-    done
-    for _ in $(seq 1 50); do
-        { [ -n "${app:-}" ] && pgrep -g "$app" >/dev/null; } || { [ -n "${server:-}" ] && pgrep -g "$server" >/dev/null; } || break
-        sleep 0.1
-    done
-    for pid in ${app:-} ${server:-}; do
-        kill -KILL -- "-$pid" 2>/dev/null || true
-    done
-    rm -rf "$work"
-}
-trap finish EXIT
+source "$(dirname "$0")/support/check_desktop.sh"
 fail() {
     echo "$1"
     echo "--- Vantrel.log"; cat "$data/Vantrel.log" 2>/dev/null || true
@@ -29,16 +14,7 @@ fail() {
     exit 1
 }
 
-# A display of its own: Xvfb says which number it took.
-exec 3<> "$work/display"
-setsid Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-server=$!
-for _ in $(seq 1 100); do
-    [ -s "$work/display" ] && break
-    sleep 0.1
-done
-[ -s "$work/display" ] || { echo "Xvfb did not start"; cat "$work/xvfb.log"; exit 1; }
-export DISPLAY=":$(head -n 1 "$work/display")"
+start_xvfb
 
 data="$work/data/Vantrel"
 mkdir -p "$work/home" "$data" "$work/pages"
@@ -46,9 +22,7 @@ printf '<html><head><title>Page A</title></head><body style="background:#ccf">A<
 printf '<html><head><title>Page B</title></head><body style="background:#cfc">B</body></html>' >"$work/pages/b.html"
 a="file://$work/pages/a.html"
 b="file://$work/pages/b.html"
-printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  1 \r\nabout:blank\r\nabout:blank\r\n' >"$data/Options.INI"
-printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
-    >"$data/Colors.INI"
+first_start_files "$data"
 printf 'Walls[#@!] [#@!] \r\nWalls[#@!]A[#@!]%s\r\nWalls[#@!]B[#@!]%s\r\n' "$a" "$b" >"$data/DefaultList.NLS"
 # The program ended in the middle of a run of Walls, showing A: it goes on without asking.
 printf '[Session]\nVersion=1\nEnded=running\nCurrent=1\nNewWindowMode=1\n\n[Window1]\nAddress=%s\nTitle=Page A\n\n[Run]\nList=Walls\nInterval=600\nLoop=1\nSeveralWindows=0\nKeepPagesLoaded=0\nPosition=1\n' \

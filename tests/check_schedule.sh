@@ -5,22 +5,7 @@
 # Usage: check_schedule.sh PROGRAM
 set -euo pipefail
 program=$(realpath "$1")
-work=$(mktemp -d)
-chmod 700 "$work"
-finish() {
-    for pid in ${app:-} ${server:-}; do
-        kill -TERM -- "-$pid" 2>/dev/null || true
-    done
-    for _ in $(seq 1 50); do
-        { [ -n "${app:-}" ] && pgrep -g "$app" >/dev/null; } || break
-        sleep 0.1
-    done
-    for pid in ${app:-} ${server:-}; do
-        kill -KILL -- "-$pid" 2>/dev/null || true
-    done
-    rm -rf "$work"
-}
-trap finish EXIT
+source "$(dirname "$0")/support/check_desktop.sh"
 fail() {
     echo "$1"
     echo "--- Vantrel.log"; cat "$data/Vantrel.log" 2>/dev/null || true
@@ -28,22 +13,12 @@ fail() {
     exit 1
 }
 
-exec 3<> "$work/display"
-setsid Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-server=$!
-for _ in $(seq 1 100); do
-    [ -s "$work/display" ] && break
-    sleep 0.1
-done
-[ -s "$work/display" ] || { echo "Xvfb did not start"; exit 1; }
-export DISPLAY=":$(head -n 1 "$work/display")"
+start_xvfb
 
 data="$work/data/Vantrel"
 mkdir -p "$work/home" "$data" "$work/run"
 chmod 700 "$work/run"
-printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  1 \r\nabout:blank\r\nabout:blank\r\n' >"$data/Options.INI"
-printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
-    >"$data/Colors.INI"
+first_start_files "$data"
 printf 'Shop[#@!] [#@!] \r\nShop[#@!]A[#@!]about:blank#a\r\nShop[#@!]B[#@!]about:blank#b\r\n' >"$data/DefaultList.NLS"
 
 # The next whole minute with at least 15 s to go, and the one after it.

@@ -9,54 +9,26 @@
 # Usage: check_screens.sh VANTREL
 set -euo pipefail
 program=$1
-command=$1
-work=$(mktemp -d)
-chmod 700 "$work"
-pids=()
-finish() {
-    for pid in "${pids[@]}"; do
-        kill -TERM -- "-$pid" 2>/dev/null || true
-    done
-    sleep 0.5
-    for pid in "${pids[@]}"; do
-        kill -KILL -- "-$pid" 2>/dev/null || true
-    done
-    rm -rf "$work"
-}
-trap finish EXIT
-
-free_display() {
-    for n in $(seq 80 120); do
-        [ -e "/tmp/.X11-unix/X$n" ] || [ -e "/tmp/.X$n-lock" ] || { echo "$n"; return; }
-    done
-}
-free_port() {
-    python3 -c 'import socket; s=socket.socket(); s.bind(("127.0.0.1", 0)); print(s.getsockname()[1])'
-}
+source "$(dirname "$0")/support/check_desktop.sh"
 
 export XDG_RUNTIME_DIR="$work/runtime"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
-xdisplay=$(free_display)
-setsid Xvfb ":$xdisplay" -screen 0 2200x1000x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-pids+=($!)
-for _ in $(seq 1 100); do [ -e "/tmp/.X11-unix/X$xdisplay" ] && break; sleep 0.1; done
+start_xvfb 2200x1000x24
 
 mkdir -p "$work/site"
 printf '<html><head><title>Wall %s</title></head><body>wall</body></html>' 1 >"$work/site/one.html"
 printf '<html><head><title>Wall %s</title></head><body>wall</body></html>' 2 >"$work/site/two.html"
-port=$(free_port)
-setsid python3 -m http.server --bind 127.0.0.1 --directory "$work/site" "$port" >"$work/http.log" 2>&1 &
-pids+=($!)
+start_web "$work/site"
 
 compositor=""
 start_weston() { # OUTPUTS
     [ -n "$compositor" ] && { kill -TERM -- "-$compositor" 2>/dev/null || true; sleep 0.5; }
     rm -f "$XDG_RUNTIME_DIR/vantrel-screens"
     : >"$work/weston.log"
-    DISPLAY=":$xdisplay" setsid weston --backend=x11-backend.so --output-count="$1" --use-pixman --xwayland \
+    setsid weston --backend=x11-backend.so --output-count="$1" --use-pixman --xwayland \
         --width=800 --height=600 --socket=vantrel-screens --idle-time=0 >"$work/weston.log" 2>&1 &
     compositor=$!
-    pids+=("$compositor")
+    check_groups+=("$compositor")
     for _ in $(seq 1 100); do
         grep -q "xserver listening on display" "$work/weston.log" && [ -S "$XDG_RUNTIME_DIR/vantrel-screens" ] && break
         sleep 0.1
@@ -65,12 +37,9 @@ start_weston() { # OUTPUTS
     [ -n "$xwayland" ] || { echo "weston did not start"; cat "$work/weston.log"; exit 1; }
 }
 
-app=""
 start_vantrel() { # [x11]
     mkdir -p "$work/home" "$work/data/Vantrel"
-    printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  0 \r\nabout:blank\r\nabout:blank\r\n' >"$work/data/Vantrel/Options.INI"
-    printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
-        >"$work/data/Vantrel/Colors.INI"
+    first_start_files "$work/data/Vantrel" 0
     if [ "${1:-}" = x11 ]; then
         env -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" DISPLAY="$xwayland" \
             DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
@@ -79,21 +48,20 @@ start_vantrel() { # [x11]
             DBUS_SESSION_BUS_ADDRESS=disabled: setsid "$program" >"$work/out.log" 2>&1 &
     fi
     app=$!
-    pids+=("$app")
     for _ in $(seq 1 200); do
-        HOME="$work/home" XDG_DATA_HOME="$work/data" "$command" --status >/dev/null 2>&1 && return
+        HOME="$work/home" XDG_DATA_HOME="$work/data" "$program" --status >/dev/null 2>&1 && return
         kill -0 "$app" 2>/dev/null || break
         sleep 0.1
     done
     echo "Vantrel did not answer"; cat "$work/out.log"; exit 1
 }
 stop_vantrel() {
-    HOME="$work/home" XDG_DATA_HOME="$work/data" "$command" --quit --discard >/dev/null 2>&1 || true
+    HOME="$work/home" XDG_DATA_HOME="$work/data" "$program" --quit --discard >/dev/null 2>&1 || true
     for _ in $(seq 1 100); do kill -0 "$app" 2>/dev/null || return 0; sleep 0.1; done
     kill -KILL -- "-$app" 2>/dev/null || true
 }
 vantrel() {
-    HOME="$work/home" XDG_DATA_HOME="$work/data" "$command" "$@"
+    HOME="$work/home" XDG_DATA_HOME="$work/data" "$program" "$@"
 }
 
 # Waits until window SLOT is full screen on MONITOR (or FULL=false: not full screen): prints the

@@ -4,22 +4,7 @@
 # Usage: check_sleep.sh PROGRAM
 set -euo pipefail
 program=$(realpath "$1")
-work=$(mktemp -d)
-chmod 700 "$work"
-finish() {
-    for pid in ${app:-} ${logind:-} ${web:-} ${bus:-}; do
-        kill -TERM -- "-$pid" 2>/dev/null || true
-    done
-    for _ in $(seq 1 50); do
-        { [ -n "${app:-}" ] && pgrep -g "$app" >/dev/null; } || break
-        sleep 0.1
-    done
-    for pid in ${app:-} ${logind:-} ${web:-} ${bus:-}; do
-        kill -KILL -- "-$pid" 2>/dev/null || true
-    done
-    rm -rf "$work"
-}
-trap finish EXIT
+source "$(dirname "$0")/support/check_desktop.sh"
 fail() {
     echo "$1"
     echo "--- Vantrel.log"; cat "$data/Vantrel.log" 2>/dev/null || true
@@ -30,14 +15,12 @@ data="$work/data/Vantrel"
 mkdir -p "$work/home" "$data" "$work/run" "$work/pages"
 chmod 700 "$work/run"
 printf '<html><head><title>Wall</title></head><body>wall</body></html>' >"$work/pages/wall.html"
-printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  1 \r\nabout:blank\r\nabout:blank\r\n' >"$data/Options.INI"
-printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
-    >"$data/Colors.INI"
+first_start_files "$data"
 # Every shown page comes again after a sleep, however recent.
 printf '[Recovery]\nAfterSleepReloadPagesOlderThanMinutes=0\n' >"$data/Vantrel.conf"
 
 setsid dbus-daemon --session --nofork --print-address=1 >"$work/bus" 2>/dev/null &
-bus=$!
+check_groups+=($!)
 for _ in $(seq 1 50); do
     [ -s "$work/bus" ] && break
     sleep 0.1
@@ -46,20 +29,13 @@ address=$(head -n 1 "$work/bus")
 [ -n "$address" ] || fail "no private bus"
 DBUS_SYSTEM_BUS_ADDRESS=$address setsid /usr/bin/python3 -m dbusmock --system --template logind \
     >/dev/null 2>"$work/logind.log" &
-logind=$!
+check_groups+=($!)
 for _ in $(seq 1 100); do
     DBUS_SESSION_BUS_ADDRESS=$address gdbus call --session --dest org.freedesktop.DBus --object-path / \
         --method org.freedesktop.DBus.NameHasOwner org.freedesktop.login1 2>/dev/null | grep -q true && break
     sleep 0.1
 done
-setsid /usr/bin/python3 -m http.server 0 --bind 127.0.0.1 --directory "$work/pages" >"$work/web.log" 2>&1 &
-web=$!
-for _ in $(seq 1 50); do
-    port=$(sed -n 's/.*port \([0-9]*\).*/\1/p' "$work/web.log" | head -n 1)
-    [ -n "$port" ] && break
-    sleep 0.1
-done
-[ -n "${port:-}" ] || fail "the page server did not start"
+start_web "$work/pages"
 
 export HOME="$work/home" XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/run" QT_QPA_PLATFORM=offscreen
 export DBUS_SYSTEM_BUS_ADDRESS=$address

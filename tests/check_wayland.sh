@@ -4,27 +4,12 @@
 # Usage: check_wayland.sh PROGRAM
 set -euo pipefail
 program=$1
-work=$(mktemp -d)
-chmod 700 "$work"
-finish() {
-    for pid in ${app:-} ${compositor:-}; do
-        kill -TERM -- "-$pid" 2>/dev/null || true
-    done
-    for _ in $(seq 1 50); do
-        { [ -n "${app:-}" ] && pgrep -g "$app" >/dev/null; } || { [ -n "${compositor:-}" ] && pgrep -g "$compositor" >/dev/null; } || break
-        sleep 0.1
-    done
-    for pid in ${app:-} ${compositor:-}; do
-        kill -KILL -- "-$pid" 2>/dev/null || true
-    done
-    rm -rf "$work"
-}
-trap finish EXIT
+source "$(dirname "$0")/support/check_desktop.sh"
 
 export XDG_RUNTIME_DIR="$work/runtime"
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 setsid weston --backend=headless-backend.so --socket=vantrel-test --idle-time=0 >"$work/weston.log" 2>&1 &
-compositor=$!
+check_groups+=($!)
 for _ in $(seq 1 100); do
     [ -S "$XDG_RUNTIME_DIR/vantrel-test" ] && break
     sleep 0.1
@@ -32,9 +17,7 @@ done
 [ -S "$XDG_RUNTIME_DIR/vantrel-test" ] || { echo "the compositor did not start"; cat "$work/weston.log"; exit 1; }
 
 mkdir -p "$work/home" "$work/data/Vantrel"
-printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  1 \r\nabout:blank\r\nabout:blank\r\n' >"$work/data/Vantrel/Options.INI"
-printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
-    >"$work/data/Vantrel/Colors.INI"
+first_start_files "$work/data/Vantrel"
 cd "$work"
 env -u DISPLAY -u QT_QPA_PLATFORM HOME="$work/home" XDG_DATA_HOME="$work/data" WAYLAND_DISPLAY=vantrel-test \
     setsid "$program" >"$work/out.log" 2>&1 &

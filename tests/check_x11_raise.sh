@@ -6,60 +6,23 @@
 # Usage: check_x11_raise.sh PROGRAM
 set -euo pipefail
 program=$(realpath "$1")
-work=$(mktemp -d)
-chmod 700 "$work"
-finish() {
-    for pid in ${app:-} ${web:-} ${wm:-} ${server:-}; do
-        kill -TERM -- "-$pid" 2>/dev/null || true
-    done
-    for _ in $(seq 1 50); do
-        { [ -n "${app:-}" ] && pgrep -g "$app" >/dev/null; } || break
-        sleep 0.1
-    done
-    for pid in ${app:-} ${web:-} ${wm:-} ${server:-}; do
-        kill -KILL -- "-$pid" 2>/dev/null || true
-    done
-    rm -rf "$work"
-}
-trap finish EXIT
+source "$(dirname "$0")/support/check_desktop.sh"
 fail() {
     echo "$1"
     echo "--- output"; tail -n 30 "$work/out.log" 2>/dev/null || true
     exit 1
 }
 
-exec 3<> "$work/display"
-setsid Xvfb -displayfd 3 -screen 0 1280x900x24 -nolisten tcp >"$work/xvfb.log" 2>&1 &
-server=$!
-for _ in $(seq 1 100); do
-    [ -s "$work/display" ] && break
-    sleep 0.1
-done
-[ -s "$work/display" ] || { echo "Xvfb did not start"; exit 1; }
-export DISPLAY=":$(head -n 1 "$work/display")"
-setsid openbox >/dev/null 2>&1 &
-wm=$!
-for _ in $(seq 1 50); do
-    xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q "window id" && break
-    sleep 0.1
-done
+start_xvfb
+start_openbox
 
 data="$work/data/Vantrel"
 mkdir -p "$work/home" "$data" "$work/pages" "$work/run"
 chmod 700 "$work/run"
 printf '<html><head><title>Page A</title></head><body>A</body></html>' >"$work/pages/a.html"
-printf ' 7100  250  8100  4700  1  0 \r\n 0  0  0  0  1 \r\nabout:blank\r\nabout:blank\r\n' >"$data/Options.INI"
-printf ' 16744576 -2147483640  16777215  16761024  16448  14737632 -2147483630  0  0  16777215 \r\n' \
-    >"$data/Colors.INI"
+first_start_files "$data"
 # The page comes over http, as pages from outside must.
-setsid /usr/bin/python3 -m http.server 0 --bind 127.0.0.1 --directory "$work/pages" >"$work/web.log" 2>&1 &
-web=$!
-for _ in $(seq 1 50); do
-    port=$(sed -n 's/.*port \([0-9]*\).*/\1/p' "$work/web.log" | head -n 1)
-    [ -n "$port" ] && break
-    sleep 0.1
-done
-[ -n "${port:-}" ] || fail "the page server did not start"
+start_web "$work/pages"
 export HOME="$work/home" XDG_DATA_HOME="$work/data" XDG_RUNTIME_DIR="$work/run"
 unset QT_QPA_PLATFORM WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS DESKTOP_STARTUP_ID XDG_ACTIVATION_TOKEN
 cd "$work"
