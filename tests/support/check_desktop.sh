@@ -1,11 +1,13 @@
 # Sourced by the checks that run the real program as a desktop would: a scratch folder `work` only
 # the user can open, and at the end every process they started ended and the folder removed. Each
 # process is started with setsid, in a process group of its own, and ended by it: the program
-# (`app`) first, with a few seconds to close, then those in `check_groups`.
+# (`app`) first, with a few seconds to close, then those in `check_groups`. Folders a check makes
+# outside `work` (for a process that runs as another user) go in `check_dirs`.
 
 work=$(mktemp -d)
 chmod 700 "$work"
 check_groups=()
+check_dirs=()
 app=""
 
 finish() {
@@ -19,7 +21,7 @@ finish() {
     for pid in ${app:+"$app"} "${check_groups[@]}"; do
         kill -KILL -- "-$pid" 2>/dev/null || true
     done
-    rm -rf "$work"
+    rm -rf "$work" "${check_dirs[@]}"
 }
 trap finish EXIT
 
