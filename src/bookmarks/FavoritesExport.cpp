@@ -22,8 +22,9 @@ void fill(BookmarkNode& node, const QString& folder, int depth)
             node.children.append(std::move(sub));
         }
     for (const QString& name : shortcuts) {
+        // The whole address goes out: a browser has no limit of its own to cut it to.
         const QString url = GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(),
-                                         folder + u'/' + name);
+                                         folder + u'/' + name, kWholeProfileValue);
         node.children.append(BookmarkNode::link(FavoritesExport::titleOf(name), url));
     }
 }

@@ -26,9 +26,12 @@ QString numbered(const QString& name, int number)
     return FileName::cutToBytes(base, kMaxNameBytes - tail.toUtf8().size()) + tail;
 }
 
+// The whole address of the shortcut there, to tell whether a bookmark is already in it: the reader
+// that opens favourites stops at 2047 characters, and a longer address would never match.
 QString addressOf(const QString& shortcut)
 {
-    return GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), shortcut);
+    return GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), shortcut,
+                        kWholeProfileValue);
 }
 
 // Shortcuts come with their extension in any case: ".URL" as Vantrel writes them, ".url" as most

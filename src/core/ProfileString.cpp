@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr qsizetype kMaxValueLength = 2047; // what fits the 2048-character buffer
-
 bool isProfileBlank(QChar c)
 {
     return c == u' ' || c == u'\t' || c == u'\v';
@@ -33,7 +31,7 @@ QStringView withoutQuotes(QStringView v)
 } // namespace
 
 QString ProfileValue(const QString& text, const QString& section, const QString& key,
-                     const QString& defaultValue)
+                     const QString& defaultValue, qsizetype maxLength)
 {
     bool inSection = false;
     for (const QString& rawLine : TextCodec::splitLines(text)) {
@@ -56,16 +54,17 @@ QString ProfileValue(const QString& text, const QString& section, const QString&
             continue;
         if (trimmed(line.first(eq)).compare(key, Qt::CaseInsensitive) != 0)
             continue;
-        return withoutQuotes(trimmed(line.sliced(eq + 1))).left(kMaxValueLength).toString();
+        const QStringView value = withoutQuotes(trimmed(line.sliced(eq + 1)));
+        return (maxLength == kWholeProfileValue ? value : value.left(maxLength)).toString();
     }
     return defaultValue;
 }
 
 QString GetIniString(const QString& section, const QString& key, const QString& defaultValue,
-                     const QString& fileName)
+                     const QString& fileName, qsizetype maxLength)
 {
     const TextFile::ReadResult file = TextFile::readBytes(fileName);
     if (!file.error.ok())
         return defaultValue;
-    return ProfileValue(TextCodec::decodeWithUtf16(file.bytes), section, key, defaultValue);
+    return ProfileValue(TextCodec::decodeWithUtf16(file.bytes), section, key, defaultValue, maxLength);
 }

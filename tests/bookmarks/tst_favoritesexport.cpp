@@ -45,6 +45,15 @@ private slots:
         QCOMPARE(FavoritesExport::titleOf("a.b.URL"), QStringLiteral("a.b.URL")); // "a.b" would be "a.URL"
         QCOMPARE(FavoritesExport::titleOf("lower.url"), QStringLiteral("lower")); // as other programs write them
     }
+    void aLongAddressGoesOutWhole()
+    {
+        const QString url = "https://long.example/?q=" + QString(3000, u'x');
+        QVERIFY(QDir().mkpath(m_app->favorites()));
+        QVERIFY(CreateFavoriteFile(url, "Long", m_app->favorites() + u'/'));
+        const BookmarkNode tree = FavoritesExport::treeOf(m_app->favorites());
+        QCOMPARE(tree.linkCount(), 1);
+        QCOMPARE(tree.children.first().url, url);
+    }
     void exportAndImportGiveBackTheSameFolder()
     {
         // 100 folders deep, 100 shortcuts in each: 10,000, with every character the names keep.

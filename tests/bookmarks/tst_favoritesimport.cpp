@@ -114,6 +114,25 @@ private slots:
         QCOMPARE(readAll(m_folder + "Work/B.URL"), bBefore);
         QCOMPARE(address("Work/B.URL"), QStringLiteral("https://b.example/?x=1&y=2"));
     }
+    void aLongAddressAlreadyThereIsRecognisedAndNotWrittenAgain()
+    {
+        // Longer than the 2047 characters that opening a favourite reads.
+        const QString url = "https://long.example/?q=" + QString(3000, u'x');
+        using B = BookmarkNode;
+        const B root = B::folder({}, {B::link("Very long URL (~3000 chars)", url)});
+        QCOMPARE(FavoritesImport::importInto(root, m_folder).written, 1);
+        const QStringList before = listing();
+        for (int again = 0; again < 2; ++again) {
+            const ImportSummary summary = FavoritesImport::importInto(root, m_folder);
+            QCOMPARE(summary.written, 0);
+            QCOMPARE(summary.alreadyThere, 1);
+        }
+        QCOMPARE(listing(), before);
+        // A different address that shares the first 2047 characters is another bookmark.
+        const B other = B::folder({}, {B::link("Very long URL (~3000 chars)", url + "y")});
+        QCOMPARE(FavoritesImport::importInto(other, m_folder).renamed, 1);
+        QCOMPARE(listing(), (QStringList{"Very long URL (~3000 chars) (2).URL", "Very long URL (~3000 chars).URL"}));
+    }
     void aTakenNameGetsANumberAndNothingIsOverwritten()
     {
         QVERIFY(CreateFavoriteFile("https://mine.example/", "News", m_folder));

@@ -66,6 +66,9 @@ private slots:
     {
         const QString long3000(3000, u'a');
         QCOMPARE(url("[InternetShortcut]\nURL=" + long3000).size(), 2047);
+        // Asked for the whole value, all of it comes back.
+        QCOMPARE(ProfileValue("[InternetShortcut]\nURL=" + long3000, "InternetShortcut", "URL", "", kWholeProfileValue),
+                 long3000);
     }
     void fileInAnyEncodingIsRead()
     {
