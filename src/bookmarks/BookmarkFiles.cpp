@@ -11,8 +11,17 @@
 
 namespace BookmarkFiles {
 
+namespace {
+
+// What every SQLite database file begins with.
+const QByteArray kSqliteHeader("SQLite format 3\0", 16);
+
+} // namespace
+
 Format formatOf(const QByteArray& bytes)
 {
+    if (bytes.startsWith(kSqliteHeader))
+        return Format::FirefoxPlaces;
     qsizetype at = bytes.startsWith("\xEF\xBB\xBF") ? 3 : 0;
     while (at < bytes.size() && QChar::isSpace(uchar(bytes.at(at))))
         ++at;
@@ -40,6 +49,11 @@ BookmarkRead read(const QString& path)
         result.problem = QStringLiteral("The file cannot be read: %1").arg(file.errorString());
         return result;
     }
+    // A database is read through SQLite, from a copy, whatever its size.
+    if (file.peek(kSqliteHeader.size()) == kSqliteHeader) {
+        file.close();
+        return FirefoxPlaces::read(path);
+    }
     if (file.size() > kMaxFileBytes) {
         result.problem = QStringLiteral("The file is not a bookmarks file: it is larger than %1 MB")
                              .arg(kMaxFileBytes / (1024 * 1024));
@@ -56,6 +70,7 @@ BookmarkRead read(const QString& path)
     case Format::Xbel:
         return XbelBookmarks::read(bytes);
     case Format::Html:
+    case Format::FirefoxPlaces: // told by the peek above
         break;
     }
     return NetscapeBookmarks::read(bytes);

@@ -23,7 +23,7 @@
 namespace {
 
 const QStringList kImportFilters = {
-    QStringLiteral("Bookmarks (*.html *.htm *.xbel *.json Bookmarks)"),
+    QStringLiteral("Bookmarks (*.html *.htm *.xbel *.json Bookmarks places.sqlite)"),
     QStringLiteral("All files (*)"),
 };
 const QStringList kExportFilters = {

@@ -23,7 +23,7 @@
 
 namespace {
 
-const QStringList kImportFilters = {QStringLiteral("Addresses and bookmarks (*.txt *.html *.htm *.xbel)"),
+const QStringList kImportFilters = {QStringLiteral("Addresses and bookmarks (*.txt *.html *.htm *.xbel places.sqlite)"),
                                     QStringLiteral("All files (*)")};
 const QStringList kExportFilters = {QStringLiteral("HTML bookmarks (*.html *.htm)"),
                                     QStringLiteral("Text, one address a line (*.txt)"),
@@ -33,7 +33,7 @@ const QStringList kExportFilters = {QStringLiteral("HTML bookmarks (*.html *.htm
 bool isBookmarksFile(const QString& path)
 {
     const QString suffix = QFileInfo(path).suffix().toLower();
-    return suffix == u"html" || suffix == u"htm" || suffix == u"xbel" || suffix == u"json";
+    return suffix == u"html" || suffix == u"htm" || suffix == u"xbel" || suffix == u"json" || suffix == u"sqlite";
 }
 
 // A list's name from a file's: what the list file cannot hold (its delimiter, line ends) goes.

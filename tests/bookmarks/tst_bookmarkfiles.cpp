@@ -1,4 +1,5 @@
 #include "BookmarkFixtures.h"
+#include "PlacesDatabase.h"
 #include "TestSupport.h"
 #include "bookmarks/BookmarkFiles.h"
 #include "bookmarks/ChromiumBookmarks.h"
@@ -39,6 +40,7 @@ private slots:
         QTest::newRow("other xml") << QByteArray("<?xml version=\"1.0\"?><rss/>") << int(F::Xbel);
         QTest::newRow("empty") << QByteArray() << int(F::Html);
         QTest::newRow("text") << QByteArray("https://a.example/\n") << int(F::Html);
+        QTest::newRow("sqlite database") << QByteArray("SQLite format 3\0\x10\0", 19) << int(F::FirefoxPlaces);
     }
     void theFormatIsToldByWhatTheFileBeginsWith()
     {
@@ -57,6 +59,26 @@ private slots:
         // The name does not decide: an XBEL file named .html is read as XBEL.
         QVERIFY(writeAll(file("xbel.html"), kXbelFile));
         COMPARE_TREES(BookmarkFiles::read(file("xbel.html")).root, xbelFileTree());
+    }
+    void firefoxsDatabasePickedByHandIsReadAsFromItsProfile()
+    {
+        // Copied out of a profile under a name of the person's choice.
+        {
+            Places places(file("picked.sqlite"));
+            addKnownBookmarks(places);
+            QVERIFY(!places.failed());
+        }
+        const BookmarkRead read = BookmarkFiles::read(file("picked.sqlite"));
+        QCOMPARE(read.problem, QString());
+        COMPARE_TREES(read.root, knownBookmarksTree());
+        // A database that is not Firefox's says so, not that it is no bookmarks file.
+        {
+            Places other(file("other.sqlite"));
+            other.exec("CREATE TABLE notes (id INTEGER)");
+        }
+        const BookmarkRead other = BookmarkFiles::read(file("other.sqlite"));
+        QVERIFY(!other.ok());
+        QVERIFY2(!other.problem.contains("not a bookmarks file"), qPrintable(other.problem));
     }
     void aFileThatCannotBeReadSaysWhy()
     {

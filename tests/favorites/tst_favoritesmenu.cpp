@@ -146,6 +146,26 @@ private slots:
         QVERIFY(tree()->node("Bookmarks Toolbar"));
         QVERIFY(tree()->node("Old (2)"));
     }
+    void firefoxsDatabasePickedByHandIsImportedAsFromItsProfileAndASecondImportChangesNothing()
+    {
+        start();
+        // The database Firefox ESR wrote, picked under its own name.
+        QVERIFY(QFile::copy(VANTREL_TEST_DATA "/browsers/firefox-esr/places.sqlite", file("places.sqlite")));
+        openMenuOn(QString());
+        DialogService::setNextFile(DialogService::FileChoice{file("places.sqlite"), 0});
+        choose(menu()->importFileAction());
+        const QStringList first = listing();
+        QVERIFY2(first.filter("https://example.com/menu-first").size() == 1, qPrintable(first.join('\n')));
+        QVERIFY2(DialogService::shownTexts().value(0).startsWith("Bookmarks imported: "),
+                 qPrintable(DialogService::shownTexts().value(0)));
+        // Once more: all of it already there, nothing written under a numbered name.
+        openMenuOn(QString());
+        DialogService::setNextFile(DialogService::FileChoice{file("places.sqlite"), 0});
+        choose(menu()->importFileAction());
+        QCOMPARE(listing(), first);
+        const QString second = DialogService::shownTexts().value(1);
+        QVERIFY2(second.contains(" 0 shortcuts written, 16 already there"), qPrintable(second));
+    }
     void aLargeImportShowsItsProgressAndCanBeCancelled()
     {
         start();
