@@ -72,6 +72,10 @@ ListsMenu::ListsMenu(KeyedTree* tree, ListsTree* lists) : QObject(tree), m_tree(
     m_stopOtherWindows =
         m_menu->addAction(QStringLiteral("Stop Running in Other Windows"), this, &ListsMenu::stopInOtherWindows);
     m_stopOtherWindows->setObjectName(QStringLiteral("StopOtherWindowsAction"));
+    m_menu->addSeparator();
+    m_saveOpenWindows =
+        m_menu->addAction(QStringLiteral("Save Open Windows as a List"), m_lists, &ListsTree::saveOpenWindows);
+    m_saveOpenWindows->setObjectName(QStringLiteral("SaveOpenWindowsAction"));
     auto* paste = new QShortcut(QKeySequence::Paste, tree, nullptr, nullptr, Qt::WidgetShortcut);
     connect(paste, &QShortcut::activated, this, [this] {
         auto* node = static_cast<KeyedNode*>(m_tree->currentItem());
@@ -92,6 +96,7 @@ void ListsMenu::showFor(KeyedNode* node, const QPoint& globalPos)
     for (const RunState& run : m_lists->verbs()->otherRuns())
         runsElsewhere = runsElsewhere || (onList && run.list.toUpper() == targetList().toUpper());
     m_stopOtherWindows->setEnabled(runsElsewhere);
+    m_saveOpenWindows->setEnabled(!m_lists->verbs()->windows().isEmpty());
     m_menu->popup(globalPos);
 }
 

@@ -31,6 +31,7 @@ public:
     QAction* pageSettingsAction() const { return m_pageSettings; }
     QAction* otherWindowsAction() const { return m_otherWindows; }
     QAction* stopOtherWindowsAction() const { return m_stopOtherWindows; }
+    QAction* saveOpenWindowsAction() const { return m_saveOpenWindows; }
     // The Run in Other Windows dialog while it is open.
     OtherWindowsRun* otherWindowsDialog() const;
     // The Page Settings dialog while it is open.
@@ -67,6 +68,7 @@ private:
     QAction* m_pageSettings;
     QAction* m_otherWindows;
     QAction* m_stopOtherWindows;
+    QAction* m_saveOpenWindows;
     QPointer<OtherWindowsRun> m_otherRun;
     QPointer<PageSettingsDialog> m_dialog;
     QString m_targetKey; // the key of the node the menu was opened for

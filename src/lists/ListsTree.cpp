@@ -27,6 +27,7 @@ ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPa
       m_favorites(favorites)
 {
     connect(rows, &SurfPanel::rowPageToList, this, &ListsTree::addRowPageToCurrentList);
+    connect(rows, &SurfPanel::saveOpenWindowsWanted, this, &ListsTree::saveOpenWindows);
     connect(m_model, &ListsModel::reset, this, &ListsTree::showAll);
     connect(m_model, &ListsModel::groupAdded, this, &ListsTree::showList);
     connect(m_model, &ListsModel::pageAdded, this, &ListsTree::showPage);
@@ -121,6 +122,22 @@ bool ListsTree::AddListNode(const QString& name)
     return true;
 }
 
+void ListsTree::saveOpenWindows()
+{
+    QString name;
+    const VerbResult result = m_verbs->saveOpenWindowsAsList(&name);
+    if (!result.ok()) {
+        DialogService::message(QStringLiteral("The open windows could not be kept as a list: %1.").arg(result.reason()));
+        return;
+    }
+    if (KeyedNode* list = m_tree->node(name)) {
+        m_tree->setCurrentItem(list);
+        m_tree->scrollToItem(list);
+        m_tree->setFocus();
+        m_tree->editItem(list);
+    }
+}
+
 void ListsTree::NewListBtn_Click()
 {
     addNumberedList(kNewList);
@@ -128,15 +145,10 @@ void ListsTree::NewListBtn_Click()
 
 QString ListsTree::addNumberedList(const QString& base)
 {
-    if (AddListNode(base))
-        return base;
-    // The counter is a 16-bit number; past its end no further name is tried.
-    for (int counter = 2; counter <= 32767; ++counter) {
-        const QString name = base + u'_' + QString::number(counter);
-        if (AddListNode(name))
-            return name;
-    }
-    return QString();
+    const QString name = m_model->addNumberedList(base);
+    if (!name.isEmpty())
+        globals().ListsChanged = true;
+    return name;
 }
 
 ListsTree::Added ListsTree::addPages(const QString& listName, const QList<ListTransfer::Page>& pages)

@@ -57,6 +57,9 @@ public:
     // "N of the pages could not be added: ..." for pages the lists had no room for.
     static QString noRoomText(int pages);
     bool AddListNode(const QString& name);
+    // Keeps the open windows' pages as a new list (the verb), then selects it with its label open
+    // for a name of the person's own; what went wrong is said plainly.
+    void saveOpenWindows();
     bool AddPageToList();
     bool AddPageNode(const QString& listName);
     // The addresses of the pages of the list `upperName` (upper-cased), in tree order; at most

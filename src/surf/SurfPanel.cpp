@@ -12,7 +12,9 @@
 #include "widgets/Twips.h"
 
 #include <array>
+#include <QContextMenuEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QVBoxLayout>
 
 namespace {
@@ -46,6 +48,16 @@ SurfPanel::SurfPanel(QWidget* parent) : QFrame(parent)
     hint->setWordWrap(true);
     hint->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     (new QVBoxLayout(m_frame8))->addWidget(hint);
+
+    m_menu = new QMenu(this);
+    m_menu->setObjectName(QStringLiteral("SurfMenu"));
+    m_saveOpenWindows = m_menu->addAction(QStringLiteral("Save Open Windows as a List"), this, [this] {
+        // The new list is shown where it can be named at once.
+        if (m_selectTab)
+            m_selectTab(kListsTab);
+        emit saveOpenWindowsWanted();
+    });
+    m_saveOpenWindows->setObjectName(QStringLiteral("SaveOpenWindowsAction"));
 
     m_rows = new SurfRows(this);
     connect(m_rows, &SurfRows::rowClicked, this, &SurfPanel::Button_Click);
@@ -229,4 +241,11 @@ void SurfPanel::arrangeControls(int widthTwips, int heightTwips)
         commands[i]->setGeometry(twipsRect(kRowLeft + i * (each + gap), commandTop, each, kCommandHeight));
     const int calendarTop = std::max(kFirstRowTop, commandTop - 120 - kCalendarPanelHeight);
     m_frame7->setGeometry(twipsRect(kRowLeft, calendarTop, usable, commandTop - 120 - calendarTop));
+}
+
+void SurfPanel::contextMenuEvent(QContextMenuEvent* event)
+{
+    m_saveOpenWindows->setEnabled(m_verbs && !m_verbs->windows().isEmpty());
+    m_menu->popup(event->globalPos());
+    event->accept();
 }

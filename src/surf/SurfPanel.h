@@ -8,7 +8,9 @@
 #include <functional>
 
 class GradientButton;
+class QAction;
 class QCalendarWidget;
+class QMenu;
 class QGroupBox;
 class Verbs;
 class WindowStates;
@@ -73,11 +75,20 @@ public:
     // The selected tab changes when a row's page is dragged off to Favorites (1) or Lists (2).
     void setTabSelector(std::function<void(int)> selectTab) { m_selectTab = std::move(selectTab); }
 
+    // The panel's menu (a right click on it or on a row): "Save Open Windows as a List".
+    QMenu* menu() const { return m_menu; }
+    QAction* saveOpenWindowsAction() const { return m_saveOpenWindows; }
+
 signals:
     // A row's add button pressed from the keyboard: CurrentUrl and CurrentTitle hold the row's
     // page, and the tree's tab is in front; the tree adds it where its current item is.
     void rowPageToFavorites();
     void rowPageToList();
+    // "Save Open Windows as a List" chosen: the lists keep the open windows' pages as a new list.
+    void saveOpenWindowsWanted();
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     void NewBtn_Click();
@@ -97,6 +108,8 @@ private:
     void showRunPaused();
 
     Verbs* m_verbs = nullptr;
+    QMenu* m_menu;
+    QAction* m_saveOpenWindows;
     SurfRows* m_rows;
     WindowStates* m_states = nullptr;
     std::function<void(int)> m_selectTab;

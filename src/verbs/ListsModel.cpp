@@ -65,3 +65,16 @@ QList<ListPageState> ListsModel::pages(const QString& upperName) const
             pages.append({entry.title, entry.url});
     return pages;
 }
+
+QString ListsModel::addNumberedList(const QString& base)
+{
+    if (addList(base))
+        return base;
+    // The counter is a 16-bit number; past its end no further name is tried.
+    for (int counter = 2; counter <= 32767; ++counter) {
+        const QString name = base + u'_' + QString::number(counter);
+        if (addList(name))
+            return name;
+    }
+    return QString();
+}

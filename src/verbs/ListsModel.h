@@ -18,6 +18,9 @@ public:
     void load(PageRecords::Arrays arrays, int count);
 
     bool addList(const QString& name) { return addGroup(name); }
+    // Makes a list named `base`, or "base_2", "base_3", ... when the name is taken; the name it
+    // got, or "" when every number is taken.
+    QString addNumberedList(const QString& base);
     // A page's new title (edited in the tree); false when there is no such page.
     bool setTitle(const QString& key, const QString& title);
     // Gives the list a new name, and its pages with it; false when the name is taken.

@@ -31,6 +31,10 @@ QString VerbResult::reason() const
         return QStringLiteral("the list has no page %1").arg(detail);
     case SlotOfAnotherRun:
         return QStringLiteral("window %1 belongs to another run").arg(detail);
+    case NoOpenWindows:
+        return QStringLiteral("no window shows a web page");
+    case ListsFull:
+        return QStringLiteral("the lists hold at most %1 lists and pages together").arg(detail);
     case NotSaved:
         return QStringLiteral("it could not be saved: %1").arg(detail);
     }

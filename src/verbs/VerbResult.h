@@ -22,6 +22,8 @@ struct VerbResult
         NoSuchPage,       // the list holds no page of that address
         NotSaved,         // a file could not be written
         SlotOfAnotherRun, // the window belongs to another run
+        NoOpenWindows,    // no window shows a web page
+        ListsFull,        // the lists hold at most 1000 lists and pages together
     };
 
     Code code = Ok;

@@ -13,6 +13,7 @@
 #include <array>
 
 class FavoritesModel;
+class QDateTime;
 class HistoryModel;
 class ListsModel;
 class PageSettingsStore;
@@ -89,6 +90,13 @@ public:
     // ---- the lists
     // Gives the page of the list its own way of being shown (empty settings: the run's way).
     VerbResult setPageSettings(const QString& list, const QString& address, const PageSettings& settings);
+    // Keeps the pages of the open windows, in slot order, as a new list named after the moment
+    // ("Open Windows 2026-11-25 14:05"; numbered as a new list is when the name is taken). A run's
+    // own list is never touched. `made` gets the new list's name. NoOpenWindows when no window
+    // shows a web page, ListsFull when the lists have no room for the list and its pages.
+    VerbResult saveOpenWindowsAsList(QString* made = nullptr);
+    // The name such a list gets at `moment`, before it is numbered.
+    static QString openWindowsListName(const QDateTime& moment);
 
     // ---- the timed run
     // Collects the pages of the list for a run; false when it has none. `overflow` when it holds

@@ -9,11 +9,16 @@
 #include "lists/ListsMenu.h"
 #include "lists/ListsPanel.h"
 #include "lists/ListsTree.h"
+#include "surf/SurfPanel.h"
+#include "verbs/ListsModel.h"
+#include "verbs/Verbs.h"
 #include "widgets/KeyedTree.h"
 
 #include <QAction>
 #include <QClipboard>
 #include <QComboBox>
+#include <QContextMenuEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QTest>
@@ -92,7 +97,10 @@ private slots:
         for (const QAction* action : menu()->menu()->actions())
             texts << action->text();
         QCOMPARE(texts, (QStringList{"Import List...", "Export List...", "", "Paste Pages", "", "Page Settings...",
-                                     "Run in Other Windows...", "Stop Running in Other Windows"}));
+                                     "Run in Other Windows...", "Stop Running in Other Windows", "",
+                                     "Save Open Windows as a List"}));
+        // No window open: nothing to keep.
+        QVERIFY(!menu()->saveOpenWindowsAction()->isEnabled());
         QCOMPARE(menu()->pasteAction()->shortcut(), QKeySequence(QKeySequence::Paste));
         QVERIFY(menu()->exportAction()->isEnabled());
         menu()->menu()->hide();
@@ -102,6 +110,49 @@ private slots:
         QVERIFY(!menu()->exportAction()->isEnabled());
         QVERIFY(!menu()->pasteAction()->isEnabled());
         menu()->menu()->hide();
+    }
+    void theOpenWindowsAreKeptAsANewListReadyToBeNamed()
+    {
+        start("Work[#@!] [#@!] \r\nWork[#@!]A[#@!]https://a.example/\r\n");
+        QVERIFY(m_main->verbs()->openPage("https://two.example/", "Two", OpenWhere::Slot, 2).ok());
+        QVERIFY(m_main->verbs()->openPage("https://one.example/", "One", OpenWhere::Slot, 1).ok());
+        m_created.at(0)->load("https://two.example/", "Two");
+        m_created.at(1)->load("https://one.example/", "One");
+        openMenuOn(QString());
+        choose(menu()->saveOpenWindowsAction());
+        const QStringList names = m_main->verbs()->lists()->names();
+        QCOMPARE(names.size(), 2);
+        const QString made = names.last();
+        QVERIFY2(made.startsWith("Open Windows "), qPrintable(made));
+        QCOMPARE(pagesOf(made), (QStringList{"https://one.example/", "https://two.example/"}));
+        QCOMPARE(pagesOf("Work"), QStringList{"https://a.example/"});
+        // Selected, with its label open for a name: typed and Enter, it is renamed.
+        QCOMPARE(tree()->currentItem(), tree()->node(made));
+        QTRY_VERIFY(tree()->findChild<QLineEdit*>());
+        QLineEdit* editor = tree()->findChild<QLineEdit*>();
+        editor->selectAll();
+        QTest::keyClicks(editor, "Wall at noon");
+        QTest::keyClick(editor, Qt::Key_Return);
+        QTRY_COMPARE(m_main->verbs()->lists()->names(), (QStringList{"Work", "Wall at noon"}));
+        QVERIFY(g.ListsChanged);
+    }
+    void theSurfTabKeepsTheOpenWindowsAsAListToo()
+    {
+        start("Work[#@!] [#@!] \r\n");
+        QVERIFY(m_main->verbs()->openPage("https://one.example/", "One", OpenWhere::Slot, 1).ok());
+        m_created.at(0)->load("https://one.example/", "One");
+        m_main->TabStrip1()->setCurrentIndex(0);
+        SurfPanel* surf = m_main->surf();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), surf->mapToGlobal(QPoint(5, 5)));
+        QApplication::sendEvent(surf, &event);
+        QTRY_VERIFY(surf->menu()->isVisible());
+        QVERIFY(surf->saveOpenWindowsAction()->isEnabled());
+        chooseFromMenu(surf->menu(), surf->saveOpenWindowsAction());
+        // The Lists tab comes to the front with the new list selected there.
+        QCOMPARE(m_main->TabStrip1()->currentIndex(), 2);
+        const QString made = m_main->verbs()->lists()->names().last();
+        QCOMPARE(pagesOf(made), QStringList{"https://one.example/"});
+        QCOMPARE(tree()->currentItem(), tree()->node(made));
     }
     void theMenuKeyOpensTheMenuForTheCurrentList()
     {
