@@ -1,5 +1,7 @@
 #include "FavoritesMenu.h"
 
+#include "DuplicatesDialog.h"
+
 #include "FavoritesTree.h"
 #include "bookmarks/BookmarkFiles.h"
 #include "bookmarks/FavoritesExport.h"
@@ -45,6 +47,9 @@ FavoritesMenu::FavoritesMenu(KeyedTree* tree, FavoritesTree* favorites)
     m_menu->addSeparator();
     m_export = m_menu->addAction(QStringLiteral("Export Bookmarks..."), this, &FavoritesMenu::exportBookmarks);
     m_export->setObjectName(QStringLiteral("ExportBookmarksAction"));
+    m_menu->addSeparator();
+    m_findDuplicates = m_menu->addAction(QStringLiteral("Find Duplicates..."), this, &FavoritesMenu::findDuplicates);
+    m_findDuplicates->setObjectName(QStringLiteral("FindDuplicatesAction"));
     connect(tree, &KeyedTree::menuRequested, this, &FavoritesMenu::showFor);
 }
 
@@ -162,4 +167,9 @@ bool FavoritesMenu::exportFolder(const QString& folder, const QString& path)
                                .arg(counted(tree.linkCount(), "bookmark", "bookmarks"),
                                     counted(tree.folderCount(), "folder", "folders"), QDir::toNativeSeparators(path)));
     return true;
+}
+
+void FavoritesMenu::findDuplicates()
+{
+    DuplicatesDialog::showFor(m_favorites->verbs(), m_tree->window());
 }

@@ -30,6 +30,7 @@ public:
     QAction* importFileAction() const { return m_importFile; }
     QAction* importBrowserAction() const { return m_importBrowser; }
     QAction* exportAction() const { return m_export; }
+    QAction* findDuplicatesAction() const { return m_findDuplicates; }
 
     // Opens the menu for `node` (a folder, a shortcut, or none) at `globalPos`.
     void showFor(KeyedNode* node, const QPoint& globalPos);
@@ -38,6 +39,8 @@ public:
     void importFile();
     void importFromBrowser();
     void exportBookmarks();
+    // The pages kept more than once, in a dialog of their own.
+    void findDuplicates();
 
     // Brings what was read from `source` into the Favorites folder, with progress, the summary
     // and the tree rebuilt; a damaged file's readable part only when the user says so.
@@ -52,5 +55,6 @@ private:
     QAction* m_importFile;
     QAction* m_importBrowser;
     QAction* m_export;
+    QAction* m_findDuplicates;
     QString m_targetFolder; // the folder the menu was opened for; "" for the whole Favorites folder
 };

@@ -20,6 +20,7 @@ class FavoritesTree : public QObject
 
 public:
     FavoritesTree(KeyedTree* tree, GradientButton* distributeButton, Verbs* verbs, SurfPanel* rows);
+    Verbs* verbs() const { return m_verbs; }
 
     KeyedTree* tree() const { return m_tree; }
 

@@ -18,10 +18,7 @@ namespace ShellServices {
 
 bool moveToTrash(const QString& path)
 {
-    // Qt's trash takes names as UTF-8; a name with other bytes goes the same way by hand.
-    if (FileName::hasRawBytes(path))
-        return FreedesktopTrash::moveToTrash(path);
-    return QFile::moveToTrash(path);
+    return FreedesktopTrash::sendToTrash(path);
 }
 
 namespace {

@@ -1,5 +1,7 @@
 #include "ListsMenu.h"
 
+#include "favorites/DuplicatesDialog.h"
+
 #include "ListsTree.h"
 #include "OtherWindowsRun.h"
 #include "PageSettingsDialog.h"
@@ -76,6 +78,10 @@ ListsMenu::ListsMenu(KeyedTree* tree, ListsTree* lists) : QObject(tree), m_tree(
     m_saveOpenWindows =
         m_menu->addAction(QStringLiteral("Save Open Windows as a List"), m_lists, &ListsTree::saveOpenWindows);
     m_saveOpenWindows->setObjectName(QStringLiteral("SaveOpenWindowsAction"));
+    m_findDuplicates = m_menu->addAction(QStringLiteral("Find Duplicates..."), this, [this] {
+        DuplicatesDialog::showFor(m_lists->verbs(), m_tree->window());
+    });
+    m_findDuplicates->setObjectName(QStringLiteral("FindDuplicatesAction"));
     auto* paste = new QShortcut(QKeySequence::Paste, tree, nullptr, nullptr, Qt::WidgetShortcut);
     connect(paste, &QShortcut::activated, this, [this] {
         auto* node = static_cast<KeyedNode*>(m_tree->currentItem());

@@ -32,6 +32,7 @@ public:
     QAction* otherWindowsAction() const { return m_otherWindows; }
     QAction* stopOtherWindowsAction() const { return m_stopOtherWindows; }
     QAction* saveOpenWindowsAction() const { return m_saveOpenWindows; }
+    QAction* findDuplicatesAction() const { return m_findDuplicates; }
     // The Run in Other Windows dialog while it is open.
     OtherWindowsRun* otherWindowsDialog() const;
     // The Page Settings dialog while it is open.
@@ -69,6 +70,7 @@ private:
     QAction* m_otherWindows;
     QAction* m_stopOtherWindows;
     QAction* m_saveOpenWindows;
+    QAction* m_findDuplicates;
     QPointer<OtherWindowsRun> m_otherRun;
     QPointer<PageSettingsDialog> m_dialog;
     QString m_targetKey; // the key of the node the menu was opened for

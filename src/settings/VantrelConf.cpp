@@ -73,6 +73,10 @@ const QList<Setting>& all()
          QStringLiteral("What other programs change in your Favorites folder (a file manager, a synced folder) "
                         "appears in the tree by itself, without Refresh"),
          true, 0, 0, 1, {}, {}},
+        {kDuplicatesIgnoreTracking, QStringLiteral("Find Duplicates: the same page whatever its tracking parameters"),
+         QStringLiteral("Addresses that differ only in the parameters sites add to follow visits (utm_source, "
+                        "fbclid, gclid, ...) count as the same page"),
+         true, 1, 0, 1, {}, {}},
     };
     return settings;
 }

@@ -29,6 +29,7 @@ inline constexpr char kReopenAfterCrash[] = "Session/ReopenAfterACrashWithoutAsk
 inline constexpr char kAlwaysReopen[] = "Session/AlwaysReopenLastSession";
 inline constexpr char kStartAtLogin[] = "Session/StartAtLogin";
 inline constexpr char kKeepFavoritesInStep[] = "Favorites/KeepTreeInStepWithFolder";
+inline constexpr char kDuplicatesIgnoreTracking[] = "Favorites/DuplicatesIgnoreTrackingParameters";
 
 struct Setting
 {

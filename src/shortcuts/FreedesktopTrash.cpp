@@ -5,6 +5,7 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -92,6 +93,14 @@ bool moveToTrash(const QString& path)
             return false;
     }
     return false;
+}
+
+bool sendToTrash(const QString& path)
+{
+    // Qt's trash takes names as UTF-8; a name with other bytes goes the same way by hand.
+    if (FileName::hasRawBytes(path))
+        return moveToTrash(path);
+    return QFile::moveToTrash(path);
 }
 
 } // namespace FreedesktopTrash

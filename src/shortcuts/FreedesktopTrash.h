@@ -16,4 +16,8 @@ QString homeTrash();
 // another file system than the trash, or cannot be moved; it then stays where it is.
 bool moveToTrash(const QString& path);
 
+// Moves a file or folder to the desktop's trash, so that it can be restored: through Qt's trash,
+// or the way above for a name Qt cannot carry. True on success.
+bool sendToTrash(const QString& path);
+
 } // namespace FreedesktopTrash

@@ -21,6 +21,19 @@ bool PageGroups::addPageQuietly(const QString& group, const QString& title, cons
     return m_index.contains(group) && add({pageKey(url, group), group, title, url, true});
 }
 
+bool PageGroups::removePage(const QString& key)
+{
+    const auto found = m_index.constFind(key);
+    if (found == m_index.cend() || !m_entries.at(*found).page)
+        return false;
+    m_entries.removeAt(*found);
+    m_index.clear();
+    for (qsizetype i = 0; i < m_entries.size(); ++i)
+        m_index.insert(m_entries.at(i).key, i);
+    emit pageRemoved(key);
+    return true;
+}
+
 bool PageGroups::addGroup(const QString& name)
 {
     if (!add({name, name, name, QString(), false}))

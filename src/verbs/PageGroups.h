@@ -31,6 +31,8 @@ public:
     bool addGroup(const QString& name);
     // False when the group is missing or holds the page already.
     bool addPage(const QString& group, const QString& title, const QString& url);
+    // Takes the page of that key out of its group; false when there is no such page.
+    bool removePage(const QString& key);
 
     // One record per entry, in the order they were made: a page gives (group, title, address), a
     // group (name, " ", " "). Entries beyond the arrays are dropped. The number written.
@@ -49,6 +51,7 @@ signals:
     void reset();
     void groupAdded(const QString& name);
     void pageAdded(const QString& group, const QString& title, const QString& url);
+    void pageRemoved(const QString& key);
 
 protected:
     // Adds without a word (loading); false when the key is taken.

@@ -35,6 +35,8 @@ QString VerbResult::reason() const
         return QStringLiteral("no window shows a web page");
     case ListsFull:
         return QStringLiteral("the lists hold at most %1 lists and pages together").arg(detail);
+    case NotTrashed:
+        return QStringLiteral("%1 could not be moved to the trash").arg(detail);
     case NotSaved:
         return QStringLiteral("it could not be saved: %1").arg(detail);
     }

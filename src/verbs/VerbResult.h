@@ -24,6 +24,7 @@ struct VerbResult
         SlotOfAnotherRun, // the window belongs to another run
         NoOpenWindows,    // no window shows a web page
         ListsFull,        // the lists hold at most 1000 lists and pages together
+        NotTrashed,       // the desktop's trash refused a file
     };
 
     Code code = Ok;

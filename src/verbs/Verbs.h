@@ -97,6 +97,15 @@ public:
     VerbResult saveOpenWindowsAsList(QString* made = nullptr);
     // The name such a list gets at `moment`, before it is numbered.
     static QString openWindowsListName(const QDateTime& moment);
+    // Takes the page of that key (address, "/" and list name) out of its list. NoSuchPage when
+    // the lists hold none.
+    VerbResult removeListPage(const QString& key);
+
+    // ---- the Favorites
+    // Sends the favourite of that key (a shortcut, or a folder with all it holds) to the desktop's
+    // trash, where it can be restored from. NoSuchPage when there is none, NotTrashed when the
+    // trash refused it (it then stays where it is, and in the tree).
+    VerbResult trashFavorite(const QString& key);
 
     // ---- the timed run
     // Collects the pages of the list for a run; false when it has none. `overflow` when it holds

@@ -36,3 +36,12 @@ VerbResult Verbs::saveOpenWindowsAsList(QString* made)
     noteChange();
     return VerbResult::done();
 }
+
+VerbResult Verbs::removeListPage(const QString& key)
+{
+    if (!m_lists->removePage(key))
+        return VerbResult::failed(VerbResult::NoSuchPage, key);
+    globals().ListsChanged = true;
+    noteChange();
+    return VerbResult::done();
+}

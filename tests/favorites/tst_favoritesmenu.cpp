@@ -119,7 +119,8 @@ private slots:
         QStringList texts;
         for (const QAction* action : menu()->menu()->actions())
             texts << action->text();
-        QCOMPARE(texts, (QStringList{"Import Bookmarks...", "Import from Browser...", "", "Export Bookmarks..."}));
+        QCOMPARE(texts, (QStringList{"Import Bookmarks...", "Import from Browser...", "", "Export Bookmarks...", "",
+                                     "Find Duplicates..."}));
         menu()->menu()->hide();
     }
     void aBookmarksFileIsImportedWithItsSummaryAndTheTreeShowsIt()
