@@ -34,7 +34,8 @@ const QStringList& folderOrder()
     static const QStringList order = {
         QStringLiteral("core"),     QStringLiteral("settings"),  QStringLiteral("shortcuts"),
         QStringLiteral("bookmarks"), QStringLiteral("browser"),  QStringLiteral("watch"),
-        QStringLiteral("screens"),  QStringLiteral("verbs"),    QStringLiteral("tidy"),      QStringLiteral("session"),
+        QStringLiteral("screens"),  QStringLiteral("verbs"),    QStringLiteral("tidy"),      QStringLiteral("search"),
+        QStringLiteral("session"),
         QStringLiteral("desktop"),
         QStringLiteral("doors"),    QStringLiteral("schedule"), QStringLiteral("widgets"),  QStringLiteral("surf"),      QStringLiteral("favorites"),
         QStringLiteral("lists"),    QStringLiteral("history"),   QStringLiteral("options"),
