@@ -94,6 +94,7 @@ DuplicatesDialog::DuplicatesDialog(Verbs* verbs, QWidget* parent) : QDialog(pare
     resize(820, 480);
 
     connect(&m_watcher, &QFutureWatcher<QList<Duplicates::Group>>::finished, this, [this] {
+        m_searching = false;
         if (m_again) {
             m_again = false;
             search();
@@ -119,10 +120,11 @@ DuplicatesDialog* DuplicatesDialog::showFor(Verbs* verbs, QWidget* parent)
 
 void DuplicatesDialog::search()
 {
-    if (m_watcher.isRunning()) {
+    if (m_searching) {
         m_again = true;
         return;
     }
+    m_searching = true;
     QList<Duplicates::Page> pages = Duplicates::favoritePages(*m_verbs->favorites());
     const int favorites = int(pages.size());
     pages += Duplicates::listPages(*m_verbs->lists());

@@ -29,7 +29,7 @@ public:
     // Looks again (the Favorites and the lists as they are now).
     void search();
     // The search in progress has ended and its groups are shown.
-    bool searching() const { return m_watcher.isRunning(); }
+    bool searching() const { return m_searching; }
     QTreeWidget* tree() const { return m_tree; }
 
 signals:
@@ -51,5 +51,6 @@ private:
     QPushButton* m_keepAll;
     QPushButton* m_trash;
     QFutureWatcher<QList<Duplicates::Group>> m_watcher;
-    bool m_again = false; // a search was asked for while one ran
+    bool m_searching = false; // until the groups found are shown
+    bool m_again = false;     // a search was asked for while one ran
 };
