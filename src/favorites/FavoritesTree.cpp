@@ -251,6 +251,17 @@ void FavoritesTree::mouseMoved(const QPoint&)
     m_mouseDown = false; // the drag is over once the mouse is released
 }
 
+void FavoritesTree::dragOut(KeyedNode* node)
+{
+    if (!distributing() || m_mouseDown || !node || node->isFolder())
+        return;
+    m_shortcutSelected = 1;
+    readFavorite(node->tag());
+    m_mouseDown = true;
+    ControlDrag::start(m_tree, m_tree->dragTag());
+    m_mouseDown = false;
+}
+
 void FavoritesTree::mouseReleased()
 {
     m_mouseDown = false;

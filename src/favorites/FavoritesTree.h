@@ -47,6 +47,8 @@ public:
     void mousePressed(const QPoint& pos);
     void mouseMoved(const QPoint& pos);
     void mouseReleased();
+    // Drags the favourite out as a press and a move on its node do (in distribute mode only).
+    void dragOut(KeyedNode* node);
 
     // A favourite is being dragged out of the tree (the mouse went down on it in distribute mode).
     bool mouseDownFlag() const { return m_mouseDown; }

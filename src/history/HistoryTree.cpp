@@ -129,6 +129,16 @@ void HistoryTree::mouseMoved(const QPoint& pos)
     ControlDrag::start(m_tree, m_tree->dragTag(), ControlDrag::pagePicture());
 }
 
+void HistoryTree::dragOut(KeyedNode* node)
+{
+    if (!node || node->isFolder())
+        return;
+    Globals& g = globals();
+    g.CurrentUrl = node->tag();
+    g.CurrentTitle = node->nodeText();
+    ControlDrag::start(m_tree, m_tree->dragTag(), ControlDrag::pagePicture());
+}
+
 void HistoryTree::mouseReleased()
 {
     m_pagePressed = false;

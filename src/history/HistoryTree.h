@@ -35,6 +35,8 @@ public:
 
     void nodeDoubleClicked(KeyedNode* node);
     void mousePressed(const QPoint& pos, Qt::MouseButton button);
+    // Drags the page out as a press and a move on its node do.
+    void dragOut(KeyedNode* node);
     void mouseMoved(const QPoint& pos);
     void mouseReleased();
 

@@ -115,6 +115,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
         layout->setContentsMargins(0, 0, 0, 0);
         layout->addWidget(panel);
     }
+    setUpSearch();
     qApp->installEventFilter(this);
     // F1 opens the help from any window of the program.
     auto* help = new QShortcut(QKeySequence::HelpContents, this);

@@ -24,7 +24,9 @@ class QuickButtons;
 class Scheduler;
 class SchedulesDialog;
 class ScreensDialog;
+class SearchKeeper;
 class SleepWatch;
+class TreeSearch;
 class SurfPanel;
 class Verbs;
 class WebForm1;
@@ -103,6 +105,14 @@ public:
     void showScreens();
     ScreensDialog* screensDialog() const;
     QString helpFile() const { return m_helpFile; }
+    // The one index of the three trees, and the search field above each tree.
+    SearchKeeper* searchKeeper() const { return m_searchKeeper; }
+    TreeSearch* favoritesSearch() const { return m_favoritesSearch; }
+    TreeSearch* listsSearch() const { return m_listsSearch; }
+    TreeSearch* historySearch() const { return m_historySearch; }
+    // Ctrl+F: the cursor in the search field of the tree on the tab in front (the Favorites' from
+    // a tab without a tree of its own).
+    void focusSearch();
 
     bool FirstShow = false;
     bool OptionsDirty = false;
@@ -128,6 +138,8 @@ private:
     void arrangeTreeTabs();
     // The height of the Favorites tab's panel above the tree, which decides how far the tree reaches.
     int frame4HeightTwips() const;
+    // The search fields above the three trees, and Ctrl+F.
+    void setUpSearch();
 
     QTabWidget* m_tabStrip;
     SurfPanel* m_surf;
@@ -145,6 +157,10 @@ private:
     QPointer<SchedulesDialog> m_schedules;
     QPointer<ScreensDialog> m_screens;
     std::unique_ptr<SleepWatch> m_sleep;
+    SearchKeeper* m_searchKeeper = nullptr;
+    TreeSearch* m_favoritesSearch = nullptr;
+    TreeSearch* m_listsSearch = nullptr;
+    TreeSearch* m_historySearch = nullptr;
     QString m_helpFile;
     bool m_settingUp = true; // placement is not recorded while the window is being set up
     // Until the window is first on screen, the desktop is still placing it (frames, decorations):
