@@ -30,11 +30,15 @@ TreeSearch::TreeSearch(KeyedTree* tree, SearchIndex::Tree which, SearchKeeper* k
     m_results->setAccessibleName(QStringLiteral("Pages found in %1").arg(name));
     m_results->setToolTip(QStringLiteral("Enter or a double-click opens a page; drag one where you would drag it from "
                                          "the tree; Escape gives the tree back"));
-    m_results->setHeaderLabels({QStringLiteral("Page"), QStringLiteral("Where"), QStringLiteral("Address")});
+    // The tab is narrow: the name has the room, where it is comes beside it, its address in its tip.
+    m_results->setHeaderLabels({QStringLiteral("Page"), QStringLiteral("Where")});
     m_results->setRootIsDecorated(false);
     m_results->setUniformRowHeights(true);
     m_results->setAllColumnsShowFocus(true);
-    m_results->header()->setStretchLastSection(true);
+    m_results->header()->setStretchLastSection(false);
+    m_results->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    m_results->header()->setSectionResizeMode(1, QHeaderView::Interactive);
+    m_results->setColumnWidth(1, 110);
     m_results->hide();
     // In the tree's place: the field above it, the list where it stands.
     if (auto* layout = qobject_cast<QBoxLayout*>(holder->layout())) {
@@ -84,10 +88,15 @@ void TreeSearch::search()
     items.reserve(result.best.size());
     for (const int i : result.best) {
         const SearchIndex::Entry& entry = index->entry(i);
-        auto* item = new QTreeWidgetItem({entry.name, entry.place, entry.address});
+        // A favourite at the top of the folder is in "Favorites".
+        const QString place = entry.place.isEmpty() && m_which == SearchIndex::Tree::Favorites
+                                  ? QStringLiteral("Favorites")
+                                  : entry.place;
+        auto* item = new QTreeWidgetItem({entry.name, place});
         item->setData(0, kKeyRole, entry.key);
-        item->setToolTip(0, entry.name);
-        item->setToolTip(2, entry.address);
+        const QString tip = entry.name + u'\n' + entry.address + u'\n' + place;
+        item->setToolTip(0, tip);
+        item->setToolTip(1, tip);
         items.append(item);
     }
     m_results->addTopLevelItems(items);

@@ -44,6 +44,7 @@ class TestTreeSearch : public QObject
         shortcut("Linux/Debian.URL", "https://www.debian.org/");
         shortcut("News/Café Müller.URL", "https://cafe-mueller.example/");
         shortcut("News/Daily/Paper.URL", "https://paper.example/");
+        shortcut("Top.URL", "https://top.example/");
         QVERIFY(writeAll(m_app->file("DefaultList.NLS"),
                          "Wall[#@!] [#@!] \r\nWall[#@!]Weather today[#@!]https://weather.example/\r\n"));
         QVERIFY(writeAll(m_app->file("BrowseHistory.LST"),
@@ -56,7 +57,7 @@ class TestTreeSearch : public QObject
         m_main->show();
         m_main->TabStrip1()->setCurrentIndex(1);
         QVERIFY(QTest::qWaitForWindowExposed(m_main.get()));
-        QTRY_VERIFY_WITH_TIMEOUT(!m_main->searchKeeper()->busy() && m_main->searchKeeper()->index()->size() == 5, 10000);
+        QTRY_VERIFY_WITH_TIMEOUT(!m_main->searchKeeper()->busy() && m_main->searchKeeper()->index()->size() == 6, 10000);
         DialogService::clearShown();
     }
     static QStringList rows(QTreeWidget* results)
@@ -113,7 +114,10 @@ private slots:
         start();
         TreeSearch* search = m_main->favoritesSearch();
         search->field()->setText("example");
-        QCOMPARE(search->results()->topLevelItemCount(), 2);
+        QCOMPARE(search->results()->topLevelItemCount(), 3);
+        search->field()->setText("top");
+        QCOMPARE(rows(search->results()), QStringList{"Top | Favorites"});
+        QVERIFY(search->results()->topLevelItem(0)->toolTip(0).contains("https://top.example/"));
         search->field()->setText("example pap");
         QCOMPARE(rows(search->results()), QStringList{"Paper | News/Daily"});
         search->field()->setText("nothing like it");
