@@ -39,7 +39,9 @@ DuplicatesDialog::DuplicatesDialog(Verbs* verbs, QWidget* parent) : QDialog(pare
     setWindowTitle(QStringLiteral("Find Duplicates"));
     setAttribute(Qt::WA_DeleteOnClose);
 
-    m_tracking = new QCheckBox(VantrelConf::find(VantrelConf::kDuplicatesIgnoreTracking)->label, this);
+    // The setting of More Options, said here without the name of the dialog it is in.
+    m_tracking = new QCheckBox(QStringLiteral("The same page whatever its tracking parameters (utm_source, fbclid, ...)"),
+                               this);
     m_tracking->setObjectName(QStringLiteral("TrackingChk"));
     m_tracking->setToolTip(VantrelConf::find(VantrelConf::kDuplicatesIgnoreTracking)->toolTip);
     m_tracking->setChecked(VantrelConf::flag(VantrelConf::kDuplicatesIgnoreTracking));
