@@ -2,6 +2,8 @@
 
 #include <QTimer>
 
+#include <algorithm>
+
 #include <QTcpSocket>
 
 LocalHttpServer::LocalHttpServer(QObject* parent) : QTcpServer(parent)
@@ -41,7 +43,9 @@ void LocalHttpServer::answer(QTcpSocket* socket)
     if (first.size() < 2)
         return;
     const QString path = QString::fromLatin1(first[1]);
+    const bool head = first[0] == "HEAD";
     requests.append(path);
+    methods.append(QString::fromLatin1(first[0]));
     const QString page = path.section(u'?', 0, 0);
     Response response{"<html><head><title>Not found</title></head><body>Not found</body></html>",
                       "Content-Type: text/html; charset=utf-8\r\n"};
@@ -50,15 +54,29 @@ void LocalHttpServer::answer(QTcpSocket* socket)
         response = m_pages.contains(path) ? m_pages.value(path) : m_pages.value(page);
         status = "200 OK";
     }
+    if (m_statuses.contains(page) && m_statuses.value(page).times != 0) {
+        Status& answer = m_statuses[page];
+        status = answer.line;
+        response.headers += answer.headers;
+        if (answer.times > 0)
+            --answer.times;
+    }
+    if (head && m_noHead.contains(page)) {
+        status = "405 Method Not Allowed";
+        response.headers = "Allow: GET\r\n";
+    }
     const QByteArray bytes = "HTTP/1.1 " + status + "\r\n" + response.headers + "Content-Length: " +
                              QByteArray::number(response.body.size()) + "\r\nConnection: close\r\n\r\n" +
-                             response.body;
-    auto send = [socket, bytes] {
+                             (head ? QByteArray() : response.body);
+    mostInFlight = std::max(mostInFlight, ++inFlight);
+    auto send = [this, socket, bytes] {
+        --inFlight;
         socket->write(bytes);
         socket->disconnectFromHost();
     };
-    if (m_delays.contains(page))
-        QTimer::singleShot(m_delays.value(page), socket, send); // a page that is slow on purpose
+    const int delay = m_delays.contains(page) ? m_delays.value(page) : m_delayAll;
+    if (delay > 0)
+        QTimer::singleShot(delay, socket, send); // a page that is slow on purpose
     else
         send();
 }
@@ -66,4 +84,9 @@ void LocalHttpServer::answer(QTcpSocket* socket)
 void LocalHttpServer::setDelay(const QString& path, int milliseconds)
 {
     m_delays.insert(path, milliseconds);
+}
+
+void LocalHttpServer::setStatus(const QString& path, const QByteArray& status, const QByteArray& headers, int times)
+{
+    m_statuses.insert(path, {status, headers, times});
 }

@@ -19,7 +19,18 @@ public:
     QString url(const QString& path) const;
     // Answers `path` (whatever its query) only after `milliseconds`.
     void setDelay(const QString& path, int milliseconds);
+    // Answers `path` with another status ("301 Moved Permanently") and header lines, the first
+    // `times` times it is asked for (-1: always).
+    void setStatus(const QString& path, const QByteArray& status, const QByteArray& headers = QByteArray(),
+                   int times = -1);
+    // Answers HEAD on `path` with 405, as some sites do.
+    void refuseHead(const QString& path) { m_noHead.insert(path, true); }
+    // Every answer waits this long (a slow site); 0: none.
+    void setDelayForAll(int milliseconds) { m_delayAll = milliseconds; }
     QStringList requests; // the paths asked for, in order
+    QStringList methods;  // their methods
+    int inFlight = 0;     // requests read and not yet answered
+    int mostInFlight = 0;
 
 private:
     void answer(QTcpSocket* socket);
@@ -30,4 +41,13 @@ private:
     };
     QHash<QString, Response> m_pages;
     QHash<QString, int> m_delays;
+    struct Status
+    {
+        QByteArray line;
+        QByteArray headers;
+        int times = -1;
+    };
+    QHash<QString, Status> m_statuses;
+    QHash<QString, bool> m_noHead;
+    int m_delayAll = 0;
 };
