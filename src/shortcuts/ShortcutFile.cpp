@@ -77,3 +77,40 @@ bool WriteShortcutFile(const QString& path, const QString& url)
     };
     return TextFile::writeLines(path, lines).ok();
 }
+
+bool RewriteShortcutAddress(const QString& path, const QString& url)
+{
+    for (const QChar c : url)
+        if (c.unicode() < 0x21 || c.unicode() > 0x7e)
+            return false;
+    const TextFile::ReadResult file = TextFile::readBytes(path);
+    if (!file.error.ok() || file.bytes.startsWith("\xFF\xFE") || file.bytes.startsWith("\xFE\xFF"))
+        return false;
+    const QByteArray& bytes = file.bytes;
+    bool inSection = false;
+    qsizetype lineStart = 0;
+    while (lineStart < bytes.size()) {
+        qsizetype lineEnd = bytes.indexOf('\n', lineStart);
+        if (lineEnd < 0)
+            lineEnd = bytes.size();
+        qsizetype contentEnd = lineEnd;
+        while (contentEnd > lineStart && (bytes.at(contentEnd - 1) == '\r'))
+            --contentEnd;
+        const QByteArray line = bytes.mid(lineStart, contentEnd - lineStart);
+        const QByteArray trimmed = line.trimmed();
+        if (trimmed.startsWith('[')) {
+            const qsizetype close = trimmed.indexOf(']');
+            const QByteArray name = trimmed.mid(1, (close < 0 ? trimmed.size() : close) - 1).trimmed();
+            inSection = name.compare("InternetShortcut", Qt::CaseInsensitive) == 0;
+        } else if (inSection) {
+            const qsizetype eq = line.indexOf('=');
+            if (eq >= 0 && line.left(eq).trimmed().compare("URL", Qt::CaseInsensitive) == 0) {
+                const QByteArray rewritten =
+                    bytes.left(lineStart + eq + 1) + url.toLatin1() + bytes.mid(contentEnd);
+                return TextFile::writeAtomically(path, rewritten).ok();
+            }
+        }
+        lineStart = lineEnd + 1;
+    }
+    return false;
+}

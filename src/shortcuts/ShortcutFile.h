@@ -28,3 +28,10 @@ bool CreateFavoriteFile(const QString& url, const QString& title, const QString&
 
 // Writes the shortcut file `path` (its four lines) pointing to `url`, replacing a file of that name.
 bool WriteShortcutFile(const QString& path, const QString& url);
+
+// Points the shortcut at `path` to `url` (a web address, ASCII as sent on the wire): the value of
+// the first URL= line of its [InternetShortcut] section is replaced, and every other byte of the
+// file stays as it was (its other lines, their ends, a BASEURL the page had). Atomic. False, and
+// the file untouched, when it cannot be read or written, holds no such line, is UTF-16 (which no
+// program writes for a shortcut any more), or `url` is not plain ASCII.
+bool RewriteShortcutAddress(const QString& path, const QString& url);

@@ -103,6 +103,31 @@ private slots:
         QVERIFY(CreateFavoriteFile("https://www.example.org/a?b=c", "Example Page", dir.path() + "/"));
         QCOMPARE(readAll(dir.filePath("Example Page.URL")), testData("shortcut.golden.url"));
     }
+    void anAddressIsRewrittenInPlaceKeepingEveryOtherByte()
+    {
+        QTemporaryDir dir;
+        const QString path = dir.filePath("Moved.url");
+        // As another program wrote it: its own lines, a lower-case key, LF ends, an icon.
+        const QByteArray before = "[DEFAULT]\nBASEURL=http://old.example/page\n[InternetShortcut]\nIDList=\n"
+                                  "url=http://old.example/page\nIconIndex=0\nIconFile=C:\\x.ico\n\xe9t\xe9\n";
+        QVERIFY(writeAll(path, before));
+        QVERIFY(RewriteShortcutAddress(path, "https://new.example/page?a=1%20b"));
+        QByteArray expected = before;
+        expected.replace("url=http://old.example/page\n", "url=https://new.example/page?a=1%20b\n");
+        QCOMPARE(readAll(path), expected);
+        // CRLF ends are kept; only the URL= line of [InternetShortcut] changes.
+        QVERIFY(CreateFavoriteFile("https://a.example/", "Crlf", dir.path() + "/"));
+        QVERIFY(RewriteShortcutAddress(dir.filePath("Crlf.URL"), "https://b.example/"));
+        QCOMPARE(readAll(dir.filePath("Crlf.URL")),
+                 QByteArray("[DEFAULT]\r\nBASEURL=https://a.example/\r\n[InternetShortcut]\r\nURL=https://b.example/\r\n"));
+        // Nothing to rewrite, or nothing sane to write: the file stays as it was.
+        QVERIFY(writeAll(dir.filePath("NoUrl.url"), "[InternetShortcut]\r\nIconIndex=0\r\n"));
+        QVERIFY(!RewriteShortcutAddress(dir.filePath("NoUrl.url"), "https://b.example/"));
+        QVERIFY(!RewriteShortcutAddress(dir.filePath("Crlf.URL"), "https://b.example/\r\n[x]"));
+        QVERIFY(!RewriteShortcutAddress(dir.filePath("Crlf.URL"), QString::fromUtf8("https://caf\xc3\xa9.example/")));
+        QVERIFY(!RewriteShortcutAddress(dir.filePath("missing.url"), "https://b.example/"));
+        QCOMPARE(QDir(dir.path()).entryList(QDir::Files).size(), 3);
+    }
     void blankTitleReturnsFalseAndCreatesNothing()
     {
         QTemporaryDir dir;
