@@ -31,6 +31,7 @@ ListsTree::ListsTree(KeyedTree* tree, QComboBox* listNames, Verbs* verbs, SurfPa
     connect(m_model, &ListsModel::reset, this, &ListsTree::showAll);
     connect(m_model, &ListsModel::groupAdded, this, &ListsTree::showList);
     connect(m_model, &ListsModel::pageAdded, this, &ListsTree::showPage);
+    connect(m_model, &ListsModel::pageAddressChanged, this, &ListsTree::showAll);
     connect(m_model, &ListsModel::pageRemoved, this, [this](const QString& key) {
         if (KeyedNode* node = m_tree->node(key))
             m_tree->removeNode(node);

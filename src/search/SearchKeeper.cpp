@@ -24,11 +24,13 @@ SearchKeeper::SearchKeeper(Verbs* verbs, QObject* parent)
     connect(favorites, &FavoritesModel::reset, this, &SearchKeeper::somethingChanged);
     connect(favorites, &FavoritesModel::added, this, &SearchKeeper::somethingChanged);
     connect(favorites, &FavoritesModel::removed, this, &SearchKeeper::somethingChanged);
+    connect(favorites, &FavoritesModel::addressChanged, this, &SearchKeeper::somethingChanged);
     for (PageGroups* groups : {static_cast<PageGroups*>(verbs->lists()), static_cast<PageGroups*>(verbs->history())}) {
         connect(groups, &PageGroups::reset, this, &SearchKeeper::somethingChanged);
         connect(groups, &PageGroups::groupAdded, this, &SearchKeeper::somethingChanged);
         connect(groups, &PageGroups::pageAdded, this, &SearchKeeper::somethingChanged);
         connect(groups, &PageGroups::pageRemoved, this, &SearchKeeper::somethingChanged);
+        connect(groups, &PageGroups::pageAddressChanged, this, &SearchKeeper::somethingChanged);
     }
     connect(verbs->lists(), &ListsModel::listRenamed, this, &SearchKeeper::somethingChanged);
     connect(verbs->lists(), &ListsModel::titleChanged, this, &SearchKeeper::somethingChanged);

@@ -48,6 +48,8 @@ signals:
     void reset();
     void added(const QString& key);
     void removed(const QString& key);
+    // The shortcut of that key points elsewhere now (its file was rewritten).
+    void addressChanged(const QString& key);
 
 private:
     // One entry: with `child`, under `parentKey` with the given key and text; without, at the top,

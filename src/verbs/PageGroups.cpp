@@ -34,6 +34,24 @@ bool PageGroups::removePage(const QString& key)
     return true;
 }
 
+bool PageGroups::setPageAddress(const QString& key, const QString& url)
+{
+    const auto found = m_index.constFind(key);
+    if (found == m_index.cend() || !m_entries.at(*found).page)
+        return false;
+    Entry& entry = m_entries[*found];
+    const QString newKey = pageKey(url, entry.group);
+    if (m_index.contains(newKey))
+        return false;
+    const qsizetype at = *found;
+    m_index.remove(key);
+    entry.key = newKey;
+    entry.url = url;
+    m_index.insert(newKey, at);
+    emit pageAddressChanged(key, newKey);
+    return true;
+}
+
 bool PageGroups::addGroup(const QString& name)
 {
     if (!add({name, name, name, QString(), false}))

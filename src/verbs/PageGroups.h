@@ -33,6 +33,9 @@ public:
     bool addPage(const QString& group, const QString& title, const QString& url);
     // Takes the page of that key out of its group; false when there is no such page.
     bool removePage(const QString& key);
+    // Gives the page of that key a new address where it stands (and so a new key); false when
+    // there is no such page or its group holds the new address already.
+    bool setPageAddress(const QString& key, const QString& url);
 
     // One record per entry, in the order they were made: a page gives (group, title, address), a
     // group (name, " ", " "). Entries beyond the arrays are dropped. The number written.
@@ -52,6 +55,7 @@ signals:
     void groupAdded(const QString& name);
     void pageAdded(const QString& group, const QString& title, const QString& url);
     void pageRemoved(const QString& key);
+    void pageAddressChanged(const QString& oldKey, const QString& newKey);
 
 protected:
     // Adds without a word (loading); false when the key is taken.

@@ -100,12 +100,22 @@ public:
     // Takes the page of that key (address, "/" and list name) out of its list. NoSuchPage when
     // the lists hold none.
     VerbResult removeListPage(const QString& key);
+    // Gives a list's page a new address where it stands (a page moved for good). NoSuchPage, or
+    // NotAWebAddress.
+    VerbResult moveListPage(const QString& key, const QString& address);
+    // Makes a new list named `base` (numbered as a new list is when taken) holding the pages, each
+    // address once; `made` gets its name. ListsFull when the lists have no room for it all.
+    VerbResult makeList(const QString& base, const QList<ListPageState>& pages, QString* made = nullptr);
 
     // ---- the Favorites
     // Sends the favourite of that key (a shortcut, or a folder with all it holds) to the desktop's
     // trash, where it can be restored from. NoSuchPage when there is none, NotTrashed when the
     // trash refused it (it then stays where it is, and in the tree).
     VerbResult trashFavorite(const QString& key);
+    // Points the favourite of that key to `address` (a page moved for good): its file's URL= line
+    // is rewritten in place. NoSuchPage, NotAWebAddress, or NotSaved when the file could not be
+    // written (it then stays as it was).
+    VerbResult moveFavorite(const QString& key, const QString& address);
 
     // ---- the timed run
     // Collects the pages of the list for a run; false when it has none. `overflow` when it holds

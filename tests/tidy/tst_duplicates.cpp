@@ -7,6 +7,7 @@
 #include "verbs/FavoritesModel.h"
 
 #include <QDir>
+#include <QSignalSpy>
 #include <QTest>
 
 class TestDuplicates : public QObject
@@ -79,6 +80,35 @@ private slots:
         QCOMPARE(groups.size(), 1);
         QCOMPARE(keysOf(groups.at(0)), (QStringList{"https://a.example//Wall", "https://A.example/Wall"}));
         QCOMPARE(groups.at(0).pages.at(0).place, QStringLiteral("Wall"));
+    }
+    void aFavouriteMovedForGoodPointsToItsNewAddress()
+    {
+        shortcut("Linux", "Debian", "http://www.debian.org/");
+        h->verbs->favorites()->rebuild();
+        QSignalSpy changed(h->verbs->favorites(), &FavoritesModel::addressChanged);
+        QVERIFY(h->verbs->moveFavorite("Linux/Debian", "https://www.debian.org/").ok());
+        QCOMPARE(changed.size(), 1);
+        QFile file(favorites() + "/Linux/Debian.URL");
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(),
+                 QByteArray("[DEFAULT]\r\nBASEURL=http://www.debian.org/\r\n[InternetShortcut]\r\nURL=https://www.debian.org/\r\n"));
+        QCOMPARE(h->verbs->moveFavorite("Linux/Debian", "javascript:alert(1)").code, VerbResult::NotAWebAddress);
+        QCOMPARE(h->verbs->moveFavorite("Linux", "https://x.example/").code, VerbResult::NoSuchPage);
+        QCOMPARE(h->verbs->moveFavorite("Nope", "https://x.example/").code, VerbResult::NoSuchPage);
+    }
+    void aListsPageMovedForGoodKeepsItsPlace()
+    {
+        h->setLists({{"Wall", {{"A", "http://a.example/"}, {"B", "https://b.example/"}}}});
+        globals().ListsChanged = false;
+        QVERIFY(h->verbs->moveListPage("http://a.example//Wall", "https://a.example/").ok());
+        QVERIFY(globals().ListsChanged);
+        const QList<ListPageState> pages = h->verbs->lists()->pages("WALL");
+        QCOMPARE(pages.size(), 2);
+        QCOMPARE(pages.at(0).address, QStringLiteral("https://a.example/"));
+        QCOMPARE(pages.at(0).title, QStringLiteral("A"));
+        QVERIFY(h->verbs->lists()->contains("https://a.example//Wall"));
+        // Onto an address the list holds already: refused.
+        QCOMPARE(h->verbs->moveListPage("https://a.example//Wall", "https://b.example/").code, VerbResult::NoSuchPage);
     }
     void theCopiesLeftOutGoToTheTrashAndOutOfTheLists()
     {

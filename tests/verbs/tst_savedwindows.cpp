@@ -65,6 +65,16 @@ private slots:
         QVERIFY(pagesOf(made).join(' ').contains("https://a.example/"));
         QVERIFY(pagesOf(made).join(' ').contains("https://other.example/"));
     }
+    void aListIsMadeOfPagesEachOnce()
+    {
+        QString made;
+        QVERIFY(h->verbs->makeList("Link check", {{"A", "https://a.example/"}, {"B", "https://b.example/"},
+                                                  {"A again", "https://a.example/"}}, &made).ok());
+        QCOMPARE(made, QStringLiteral("Link check"));
+        QCOMPARE(pagesOf(made), (QStringList{"A -> https://a.example/", "B -> https://b.example/"}));
+        QVERIFY(h->verbs->makeList("Link check", {{"C", "https://c.example/"}}, &made).ok());
+        QCOMPARE(made, QStringLiteral("Link check_2"));
+    }
     void withNoWindowOrNoRoomNothingIsMade()
     {
         QCOMPARE(h->verbs->saveOpenWindowsAsList().code, VerbResult::NoOpenWindows);
