@@ -1,6 +1,7 @@
 #include "FavoritesMenu.h"
 
 #include "DuplicatesDialog.h"
+#include "LinkCheckDialog.h"
 
 #include "FavoritesTree.h"
 #include "bookmarks/BookmarkFiles.h"
@@ -50,12 +51,18 @@ FavoritesMenu::FavoritesMenu(KeyedTree* tree, FavoritesTree* favorites)
     m_menu->addSeparator();
     m_findDuplicates = m_menu->addAction(QStringLiteral("Find Duplicates..."), this, &FavoritesMenu::findDuplicates);
     m_findDuplicates->setObjectName(QStringLiteral("FindDuplicatesAction"));
+    // The folder under the pointer, or all the Favorites.
+    m_checkLinks = m_menu->addAction(QStringLiteral("Check Links..."), this, [this] {
+        LinkCheckDialog::showFor(m_favorites->verbs(), {false, m_targetKey}, m_tree->window());
+    });
+    m_checkLinks->setObjectName(QStringLiteral("CheckLinksAction"));
     connect(tree, &KeyedTree::menuRequested, this, &FavoritesMenu::showFor);
 }
 
 void FavoritesMenu::showFor(KeyedNode* node, const QPoint& globalPos)
 {
     m_targetFolder = node && node->isFolder() ? node->tag() : QString();
+    m_targetKey = node && node->isFolder() ? node->key() : QString();
     m_menu->popup(globalPos);
 }
 

@@ -31,6 +31,7 @@ public:
     QAction* importBrowserAction() const { return m_importBrowser; }
     QAction* exportAction() const { return m_export; }
     QAction* findDuplicatesAction() const { return m_findDuplicates; }
+    QAction* checkLinksAction() const { return m_checkLinks; }
 
     // Opens the menu for `node` (a folder, a shortcut, or none) at `globalPos`.
     void showFor(KeyedNode* node, const QPoint& globalPos);
@@ -56,5 +57,7 @@ private:
     QAction* m_importBrowser;
     QAction* m_export;
     QAction* m_findDuplicates;
+    QAction* m_checkLinks;
     QString m_targetFolder; // the folder the menu was opened for; "" for the whole Favorites folder
+    QString m_targetKey;    // its key in the tree
 };

@@ -1,6 +1,7 @@
 #include "ListsMenu.h"
 
 #include "favorites/DuplicatesDialog.h"
+#include "favorites/LinkCheckDialog.h"
 
 #include "ListsTree.h"
 #include "OtherWindowsRun.h"
@@ -82,6 +83,11 @@ ListsMenu::ListsMenu(KeyedTree* tree, ListsTree* lists) : QObject(tree), m_tree(
         DuplicatesDialog::showFor(m_lists->verbs(), m_tree->window());
     });
     m_findDuplicates->setObjectName(QStringLiteral("FindDuplicatesAction"));
+    // The list under the pointer, or all of them.
+    m_checkLinks = m_menu->addAction(QStringLiteral("Check Links..."), this, [this] {
+        LinkCheckDialog::showFor(m_lists->verbs(), {true, targetList()}, m_tree->window());
+    });
+    m_checkLinks->setObjectName(QStringLiteral("CheckLinksAction"));
     auto* paste = new QShortcut(QKeySequence::Paste, tree, nullptr, nullptr, Qt::WidgetShortcut);
     connect(paste, &QShortcut::activated, this, [this] {
         auto* node = static_cast<KeyedNode*>(m_tree->currentItem());

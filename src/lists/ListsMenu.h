@@ -33,6 +33,7 @@ public:
     QAction* stopOtherWindowsAction() const { return m_stopOtherWindows; }
     QAction* saveOpenWindowsAction() const { return m_saveOpenWindows; }
     QAction* findDuplicatesAction() const { return m_findDuplicates; }
+    QAction* checkLinksAction() const { return m_checkLinks; }
     // The Run in Other Windows dialog while it is open.
     OtherWindowsRun* otherWindowsDialog() const;
     // The Page Settings dialog while it is open.
@@ -71,6 +72,7 @@ private:
     QAction* m_stopOtherWindows;
     QAction* m_saveOpenWindows;
     QAction* m_findDuplicates;
+    QAction* m_checkLinks;
     QPointer<OtherWindowsRun> m_otherRun;
     QPointer<PageSettingsDialog> m_dialog;
     QString m_targetKey; // the key of the node the menu was opened for

@@ -120,7 +120,7 @@ private slots:
         for (const QAction* action : menu()->menu()->actions())
             texts << action->text();
         QCOMPARE(texts, (QStringList{"Import Bookmarks...", "Import from Browser...", "", "Export Bookmarks...", "",
-                                     "Find Duplicates..."}));
+                                     "Find Duplicates...", "Check Links..."}));
         menu()->menu()->hide();
     }
     void aBookmarksFileIsImportedWithItsSummaryAndTheTreeShowsIt()

@@ -98,7 +98,7 @@ private slots:
             texts << action->text();
         QCOMPARE(texts, (QStringList{"Import List...", "Export List...", "", "Paste Pages", "", "Page Settings...",
                                      "Run in Other Windows...", "Stop Running in Other Windows", "",
-                                     "Save Open Windows as a List", "Find Duplicates..."}));
+                                     "Save Open Windows as a List", "Find Duplicates...", "Check Links..."}));
         // No window open: nothing to keep.
         QVERIFY(!menu()->saveOpenWindowsAction()->isEnabled());
         QCOMPARE(menu()->pasteAction()->shortcut(), QKeySequence(QKeySequence::Paste));
