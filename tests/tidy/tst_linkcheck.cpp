@@ -3,6 +3,7 @@
 // check cancelled.
 #include "LocalHttpServer.h"
 #include "tidy/LinkCheck.h"
+#include "tidy/LinkChecksDue.h"
 
 #include <QElapsedTimer>
 #include <QSignalSpy>
@@ -144,6 +145,31 @@ private slots:
         for (const auto& site : sites)
             QVERIFY2(site->mostInFlight <= 2, qPrintable(QString::number(site->mostInFlight)));
         QVERIFY2(mostAtOnce <= 6 && mostAtOnce >= 4, qPrintable(QString::number(mostAtOnce)));
+    }
+    void onlyLinksNotCheckedInTheLastDayAreAskedAgain()
+    {
+        const QDateTime now(QDate(2026, 11, 25), QTime(12, 0), Qt::UTC);
+        LinkChecksFile::Checks checks;
+        checks.insert("https://fresh.example/", {now.addSecs(-3600), "moved", 301, "https://new.example/"});
+        checks.insert("https://old.example/", {now.addSecs(-25 * 3600), "fine", 200, {}});
+        checks.insert("https://later.example/", {now.addSecs(3600), "fine", 200, {}}); // a clock set back
+        const QList<LinkCheck::Link> links = {{"a", "https://fresh.example/"}, {"b", "https://old.example/"},
+                                              {"c", "https://never.example/"}, {"d", "https://later.example/"}};
+        const LinkChecksDue::Split split = LinkChecksDue::split(links, checks, now, false);
+        QCOMPARE(split.remembered.size(), 1);
+        QCOMPARE(split.remembered.first().key, QStringLiteral("a"));
+        QCOMPARE(split.remembered.first().verdict, Verdict::Moved);
+        QCOMPARE(split.remembered.first().newAddress, QStringLiteral("https://new.example/"));
+        QCOMPARE(split.due.size(), 3);
+        QCOMPARE(LinkChecksDue::split(links, checks, now, true).due.size(), 4);
+        // An answer is kept for its address; a link not checked is not.
+        LinkCheck::Outcome outcome{"c", "https://never.example/", Verdict::Dead, 404, {}, "404 Not Found", now};
+        LinkChecksDue::remember(checks, outcome);
+        QCOMPARE(checks.value("https://never.example/").verdict, QStringLiteral("dead"));
+        outcome.address = "ftp://x.example/";
+        outcome.verdict = Verdict::NotChecked;
+        LinkChecksDue::remember(checks, outcome);
+        QVERIFY(!checks.contains("ftp://x.example/"));
     }
     void aCancelledCheckStopsAsking()
     {
