@@ -300,6 +300,7 @@ void LinkCheckDialog::updateMoved()
     }
     if (!failed.isEmpty())
         DialogService::message(QStringLiteral("Not everything could be done: ") + failed.join(QStringLiteral("; ")) + u'.');
+    m_status->setText(QStringLiteral("Done. ") + summary());
     updateButtons();
 }
 
@@ -335,6 +336,7 @@ void LinkCheckDialog::trashDead()
     }
     if (!failed.isEmpty())
         DialogService::message(QStringLiteral("Not everything could be done: ") + failed.join(QStringLiteral("; ")) + u'.');
+    m_status->setText(QStringLiteral("Done. ") + summary());
     updateButtons();
 }
 

@@ -141,6 +141,7 @@ private slots:
         QVERIFY(!QFile::exists(fav("Links/Gone.url")));
         QVERIFY(QFile::exists(m_data.path() + "/Trash/files/Gone.url"));
         QVERIFY(!m_main->SSTree1()->node("Links/Gone"));
+        QVERIFY(control<QLabel>(dialog, "LinkCheckStatus")->text().startsWith("Done. Dead: 0, Moved for good: 1"));
         // What needs a look is kept as a list.
         QTest::mouseClick(control<QPushButton>(dialog, "KeepListBtn"), Qt::LeftButton);
         const QString list = m_main->verbs()->lists()->names().last();
