@@ -181,6 +181,8 @@ void LinkCheck::answered(QNetworkReply* reply, Job job)
             finish(job, Verdict::FailingForNow, status, QStringLiteral("more than %1 redirects").arg(m_limits.maxRedirects));
         } else {
             const bool forGood = status == 301 || status == 308;
+            if (job.firstRedirect.isEmpty())
+                job.firstRedirect = statusReason(status, phrase);
             job.permanent = job.permanent && forGood;
             if (job.permanent)
                 job.movedTo = next;
@@ -223,7 +225,7 @@ void LinkCheck::answered(QNetworkReply* reply, Job job)
     else if (status == 429 || status >= 500)
         finish(job, Verdict::FailingForNow, status, statusReason(status, phrase));
     else if (status >= 200 && job.hops > 0 && job.permanent && job.movedTo.isValid() && status < 400)
-        finish(job, Verdict::Moved, status, statusReason(status, phrase));
+        finish(job, Verdict::Moved, status, job.firstRedirect + QStringLiteral(", then ") + statusReason(status, phrase));
     else if (status >= 400)
         // Forbidden, a login asked for, a bad request: the page is there, or the site says nothing.
         finish(job, status == 401 || status == 403 ? Verdict::Fine : Verdict::FailingForNow, status,

@@ -84,6 +84,7 @@ private:
         bool permanent = true; // every redirect so far was for good
         QUrl movedTo;          // the last address reached through redirects for good
         bool retried = false;  // a Retry-After was honoured once already
+        QString firstRedirect; // "301 Moved Permanently", as the first redirect said
     };
 
     void pump();

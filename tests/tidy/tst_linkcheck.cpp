@@ -78,6 +78,7 @@ private slots:
         QCOMPARE(of(check, "/removed").verdict, Verdict::Dead);
         QCOMPARE(of(check, "/moved").verdict, Verdict::Moved);
         QCOMPARE(of(check, "/moved").newAddress, site.url("/new"));
+        QCOMPARE(of(check, "/moved").reason, QStringLiteral("301 Moved Permanently, then 200 OK"));
         QCOMPARE(of(check, "/chain").verdict, Verdict::Moved);
         QCOMPARE(of(check, "/chain").newAddress, site.url("/final"));
         QCOMPARE(of(check, "/temp").verdict, Verdict::Fine); // moved for a while is no move
