@@ -14,30 +14,6 @@ namespace {
 constexpr QStringView kExtrasNamespace = u"https://vantrel.org/xbel/page";
 constexpr QStringView kExtrasPrefix = u"vantrel";
 
-constexpr char kDoctype[] = "<!DOCTYPE xbel PUBLIC \"+//IDN python.org//DTD XML Bookmark Exchange Language "
-                            "1.0//EN//XML\" \"http://pyxml.sourceforge.net/topics/dtds/xbel.dtd\">";
-
-// Drops what XML cannot hold, even as a reference: control characters other than tab, line feed
-// and carriage return, U+FFFE and U+FFFF, and halves of surrogate pairs. The XML reader lets
-// some of them through in a document it finds damaged further on, so what is read is cleaned too.
-QString xmlCharacters(const QString& text)
-{
-    QString out;
-    out.reserve(text.size());
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        const QChar c = text[i];
-        if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
-            out += c;
-            out += text[++i];
-            continue;
-        }
-        const char16_t u = c.unicode();
-        if (c.isSurrogate() || u == 0xFFFE || u == 0xFFFF || (u < 0x20 && u != u'\t' && u != u'\n' && u != u'\r'))
-            continue;
-        out += c;
-    }
-    return out;
-}
 
 // At a <title>: its text, read to its end tag; markup inside it is dropped, its text kept.
 QString titleText(QXmlStreamReader& xml)
@@ -126,6 +102,27 @@ void writeChildren(QXmlStreamWriter& xml, const BookmarkNode& folder)
 }
 
 } // namespace
+
+// The XML reader lets some of these through in a document it finds damaged further on, so what
+// is read is cleaned too.
+QString xmlCharacters(const QString& text)
+{
+    QString out;
+    out.reserve(text.size());
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = text[i];
+        if (c.isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate()) {
+            out += c;
+            out += text[++i];
+            continue;
+        }
+        const char16_t u = c.unicode();
+        if (c.isSurrogate() || u == 0xFFFE || u == 0xFFFF || (u < 0x20 && u != u'\t' && u != u'\n' && u != u'\r'))
+            continue;
+        out += c;
+    }
+    return out;
+}
 
 BookmarkRead read(const QByteArray& bytes)
 {

@@ -24,4 +24,12 @@ BookmarkRead read(const QByteArray& bytes);
 // namespace is declared on <xbel>, as "vantrel", only when some link has extras to write.
 QByteArray write(const BookmarkNode& root);
 
+// The format's DOCTYPE line, as every XBEL file Vantrel writes begins.
+inline constexpr char kDoctype[] = "<!DOCTYPE xbel PUBLIC \"+//IDN python.org//DTD XML Bookmark Exchange Language "
+                                   "1.0//EN//XML\" \"http://pyxml.sourceforge.net/topics/dtds/xbel.dtd\">";
+
+// The text without what XML cannot hold, even as a reference: control characters other than tab,
+// line feed and carriage return, U+FFFE and U+FFFF, and halves of surrogate pairs.
+QString xmlCharacters(const QString& text);
+
 } // namespace XbelBookmarks
