@@ -181,7 +181,9 @@ QByteArray write(const TreeMerge::Tree& tree, const QString& machine)
         xml.writeAttribute(QStringLiteral("id"), XbelBookmarks::xmlCharacters(id));
         if (!item.folder)
             xml.writeAttribute(QStringLiteral("href"), XbelBookmarks::xmlCharacters(item.url));
-        xml.writeTextElement(QStringLiteral("title"), XbelBookmarks::xmlCharacters(item.title));
+        xml.writeStartElement(QStringLiteral("title"));
+        XbelBookmarks::writeText(xml, item.title);
+        xml.writeEndElement();
         if (item.folder)
             stack.push_back({children.value(id), 0});
         else

@@ -48,16 +48,6 @@ BookmarkNode readBookmark(QXmlStreamReader& xml)
 
 // The writer puts a carriage return into text as it is, and an XML reader turns it into a line
 // feed; as a reference it comes back as itself.
-void writeText(QXmlStreamWriter& xml, const QString& text)
-{
-    const QStringList lines = xmlCharacters(text).split(u'\r');
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        if (i > 0)
-            xml.writeEntityReference(QStringLiteral("#13"));
-        if (!lines[i].isEmpty() || lines.size() == 1)
-            xml.writeCharacters(lines[i]); // even an empty title closes its start tag: <title></title>
-    }
-}
 
 void writeTitle(QXmlStreamWriter& xml, const QString& title)
 {
@@ -102,6 +92,17 @@ void writeChildren(QXmlStreamWriter& xml, const BookmarkNode& folder)
 }
 
 } // namespace
+
+void writeText(QXmlStreamWriter& xml, const QString& text)
+{
+    const QStringList lines = xmlCharacters(text).split(u'\r');
+    for (qsizetype i = 0; i < lines.size(); ++i) {
+        if (i > 0)
+            xml.writeEntityReference(QStringLiteral("#13"));
+        if (!lines[i].isEmpty() || lines.size() == 1)
+            xml.writeCharacters(lines[i]); // even an empty title closes its start tag: <title></title>
+    }
+}
 
 // The XML reader lets some of these through in a document it finds damaged further on, so what
 // is read is cleaned too.

@@ -4,6 +4,8 @@
 
 #include <QByteArray>
 
+class QXmlStreamWriter;
+
 // XBEL, the XML bookmarks file of the desktop's file managers and of several browsers:
 // <xbel version="1.0"> holding <folder> (its name in a <title>), <bookmark href="address"> (its
 // name in a <title>) and <separator/>, in any nesting. A link's extras are attributes of its
@@ -27,6 +29,10 @@ QByteArray write(const BookmarkNode& root);
 // The format's DOCTYPE line, as every XBEL file Vantrel writes begins.
 inline constexpr char kDoctype[] = "<!DOCTYPE xbel PUBLIC \"+//IDN python.org//DTD XML Bookmark Exchange Language "
                                    "1.0//EN//XML\" \"http://pyxml.sourceforge.net/topics/dtds/xbel.dtd\">";
+
+// Writes text as XBEL holds it: without what XML cannot hold, a carriage return as a reference so
+// that it reads back as it was.
+void writeText(QXmlStreamWriter& xml, const QString& text);
 
 // The text without what XML cannot hold, even as a reference: control characters other than tab,
 // line feed and carriage return, U+FFFE and U+FFFF, and halves of surrogate pairs.

@@ -21,7 +21,7 @@ class TestSyncFile : public QObject
         return {{"f1", {"", true, "News & <more>", {}}},
                 {"f2", {"f1", true, "Daily \"papers\"", {}}},
                 {"b1", {"f2", false, QString::fromUtf8("Caf\xc3\xa9 \xe4\xb8\xad \xf0\x9f\x98\x80"), "https://cafe.example/?a=1&b=2"}},
-                {"b2", {"", false, "  blanks kept  ", "https://top.example/"}},
+                {"b2", {"", false, "  blanks kept  \r\n and a line end", "https://top.example/"}},
                 {"id with spaces/and&", {"f1", false, "Odd id", "https://odd.example/"}}};
     }
 
