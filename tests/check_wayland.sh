@@ -6,15 +6,7 @@ set -euo pipefail
 program=$1
 source "$(dirname "$0")/support/check_desktop.sh"
 
-export XDG_RUNTIME_DIR="$work/runtime"
-mkdir -m 700 "$XDG_RUNTIME_DIR"
-setsid weston --backend=headless-backend.so --socket=vantrel-test --idle-time=0 >"$work/weston.log" 2>&1 &
-check_groups+=($!)
-for _ in $(seq 1 100); do
-    [ -S "$XDG_RUNTIME_DIR/vantrel-test" ] && break
-    sleep 0.1
-done
-[ -S "$XDG_RUNTIME_DIR/vantrel-test" ] || { echo "the compositor did not start"; cat "$work/weston.log"; exit 1; }
+start_headless_weston
 
 mkdir -p "$work/home" "$work/data/Vantrel"
 first_start_files "$work/data/Vantrel"

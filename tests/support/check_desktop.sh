@@ -39,6 +39,20 @@ start_xvfb() { # [SCREEN]
     export DISPLAY=":$(head -n 1 "$work/display")"
 }
 
+# A headless weston of its own, with no X11 offered, on the Wayland socket "vantrel-test" of a
+# runtime folder in the scratch folder (XDG_RUNTIME_DIR names it from then on).
+start_headless_weston() {
+    export XDG_RUNTIME_DIR="$work/runtime"
+    mkdir -m 700 "$XDG_RUNTIME_DIR"
+    setsid weston --backend=headless-backend.so --socket=vantrel-test --idle-time=0 >"$work/weston.log" 2>&1 &
+    check_groups+=($!)
+    for _ in $(seq 1 100); do
+        [ -S "$XDG_RUNTIME_DIR/vantrel-test" ] && break
+        sleep 0.1
+    done
+    [ -S "$XDG_RUNTIME_DIR/vantrel-test" ] || { echo "the compositor did not start"; cat "$work/weston.log"; exit 1; }
+}
+
 # Openbox on DISPLAY, once it says it manages the screen.
 start_openbox() {
     setsid openbox >/dev/null 2>&1 &
