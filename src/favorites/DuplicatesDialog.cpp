@@ -1,6 +1,7 @@
 #include "DuplicatesDialog.h"
 
 #include "core/DialogService.h"
+#include "tidy/PageTrash.h"
 #include "settings/VantrelConf.h"
 #include "verbs/Verbs.h"
 
@@ -18,13 +19,6 @@ namespace {
 
 constexpr int kKindRole = Qt::UserRole;
 constexpr int kKeyRole = Qt::UserRole + 1;
-
-QString whereOf(const Duplicates::Page& page)
-{
-    if (page.kind == Duplicates::Page::Kind::ListPage)
-        return QStringLiteral("List: ") + page.place;
-    return page.place.isEmpty() ? QStringLiteral("Favorites") : QStringLiteral("Favorites/") + page.place;
-}
 
 QString counted(int n, const QString& one, const QString& many)
 {
@@ -159,7 +153,7 @@ void DuplicatesDialog::showGroups(const QList<Duplicates::Group>& groups)
         for (const Duplicates::Page& page : group.pages) {
             auto* copy = new QTreeWidgetItem(top);
             copy->setText(0, page.title);
-            copy->setText(1, whereOf(page));
+            copy->setText(1, PageTrash::whereOf(page));
             copy->setText(2, page.address);
             copy->setToolTip(2, page.address);
             copy->setFlags(Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsUserCheckable);
@@ -228,33 +222,15 @@ void DuplicatesDialog::trashUnchecked()
     }
     if (gone.isEmpty())
         return;
-    int favorites = 0;
+    QList<PageTrash::Item> items;
     for (const QTreeWidgetItem* item : gone)
-        if (item->data(0, kKindRole).toInt() == int(Duplicates::Page::Kind::Favorite))
-            ++favorites;
-    const int listPages = int(gone.size()) - favorites;
-    QStringList parts;
-    if (favorites)
-        parts << QStringLiteral("send %1 to the trash")
-                     .arg(counted(favorites, QStringLiteral("favourite"), QStringLiteral("favourites")));
-    if (listPages)
-        parts << QStringLiteral("take %1 out of their lists")
-                     .arg(counted(listPages, QStringLiteral("page"), QStringLiteral("pages")));
-    QString question = QStringLiteral("Do you want to ") + parts.join(QStringLiteral(" and ")) + u'?';
-    if (!DialogService::question(question))
+        items.append({item->data(0, kKeyRole).toString(),
+                      item->data(0, kKindRole).toInt() == int(Duplicates::Page::Kind::Favorite)});
+    if (!DialogService::question(PageTrash::question(items)))
         return;
-    QStringList failed;
-    for (const QTreeWidgetItem* item : gone) {
-        const QString key = item->data(0, kKeyRole).toString();
-        const VerbResult result = item->data(0, kKindRole).toInt() == int(Duplicates::Page::Kind::Favorite)
-                                      ? m_verbs->trashFavorite(key)
-                                      : m_verbs->removeListPage(key);
-        if (!result.ok())
-            failed << result.reason();
-    }
-    if (!failed.isEmpty())
-        DialogService::message(QStringLiteral("Not everything could be done: ") + failed.join(QStringLiteral("; ")) +
-                               u'.');
+    const PageTrash::Outcome outcome = PageTrash::takeAway(m_verbs, items);
+    if (!outcome.failed.isEmpty())
+        DialogService::message(PageTrash::failedText(outcome.failed));
     search();
 }
 

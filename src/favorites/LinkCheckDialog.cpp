@@ -3,6 +3,7 @@
 #include "core/Clock.h"
 #include "core/DialogService.h"
 #include "tidy/LinkChecksDue.h"
+#include "tidy/PageTrash.h"
 #include "verbs/Verbs.h"
 
 #include <QCheckBox>
@@ -22,13 +23,6 @@ constexpr int kKeyRole = Qt::UserRole;
 constexpr int kVerdictRole = Qt::UserRole + 1;
 using Verdict = LinkCheck::Verdict;
 const QList<Verdict> kOrder = {Verdict::Dead, Verdict::Moved, Verdict::FailingForNow, Verdict::Fine, Verdict::NotChecked};
-
-QString whereOf(const Duplicates::Page& page)
-{
-    if (page.kind == Duplicates::Page::Kind::ListPage)
-        return QStringLiteral("List: ") + page.place;
-    return page.place.isEmpty() ? QStringLiteral("Favorites") : QStringLiteral("Favorites/") + page.place;
-}
 
 } // namespace
 
@@ -225,7 +219,7 @@ void LinkCheckDialog::showOutcome(const LinkCheck::Outcome& outcome, bool rememb
     QTreeWidgetItem* group = groupOf(outcome.verdict);
     auto* item = new QTreeWidgetItem(group);
     item->setText(0, page.title);
-    item->setText(1, whereOf(page));
+    item->setText(1, PageTrash::whereOf(page));
     item->setText(2, outcome.verdict == Verdict::Moved ? outcome.address + QStringLiteral("  →  ") + outcome.newAddress
                                                       : outcome.address);
     QString answer = outcome.reason;
@@ -299,7 +293,7 @@ void LinkCheckDialog::updateMoved()
         item->setText(3, QStringLiteral("pointed to its new address"));
     }
     if (!failed.isEmpty())
-        DialogService::message(QStringLiteral("Not everything could be done: ") + failed.join(QStringLiteral("; ")) + u'.');
+        DialogService::message(PageTrash::failedText(failed));
     m_status->setText(QStringLiteral("Done. ") + summary());
     updateButtons();
 }
@@ -309,33 +303,22 @@ void LinkCheckDialog::trashDead()
     const QList<QTreeWidgetItem*> dead = checkedIn(Verdict::Dead);
     if (dead.isEmpty())
         return;
-    int favorites = 0;
-    for (const QTreeWidgetItem* item : dead)
-        favorites += isFavorite(item->data(0, kKeyRole).toString()) ? 1 : 0;
-    const int listPages = int(dead.size()) - favorites;
-    QStringList parts;
-    if (favorites)
-        parts << QStringLiteral("send %1 to the trash").arg(favorites == 1 ? QStringLiteral("1 favourite")
-                                                                           : QStringLiteral("%1 favourites").arg(favorites));
-    if (listPages)
-        parts << QStringLiteral("take %1 out of their lists").arg(listPages == 1 ? QStringLiteral("1 page")
-                                                                                 : QStringLiteral("%1 pages").arg(listPages));
-    if (!DialogService::question(QStringLiteral("Do you want to ") + parts.join(QStringLiteral(" and ")) + u'?'))
-        return;
-    QStringList failed;
-    for (QTreeWidgetItem* item : dead) {
+    QList<PageTrash::Item> items;
+    for (const QTreeWidgetItem* item : dead) {
         const QString key = item->data(0, kKeyRole).toString();
-        const VerbResult result = isFavorite(item->data(0, kKeyRole).toString()) ? m_verbs->trashFavorite(key) : m_verbs->removeListPage(key);
-        if (!result.ok()) {
-            failed << result.reason();
-            continue;
-        }
-        QTreeWidgetItem* group = item->parent();
-        delete item;
-        group->setText(0, QStringLiteral("%1 (%2)").arg(LinkCheck::verdictName(Verdict::Dead)).arg(group->childCount()));
+        items.append({key, isFavorite(key)});
     }
-    if (!failed.isEmpty())
-        DialogService::message(QStringLiteral("Not everything could be done: ") + failed.join(QStringLiteral("; ")) + u'.');
+    if (!DialogService::question(PageTrash::question(items)))
+        return;
+    const PageTrash::Outcome outcome = PageTrash::takeAway(m_verbs, items);
+    for (QTreeWidgetItem* item : dead)
+        if (outcome.taken.contains(item->data(0, kKeyRole).toString())) {
+            QTreeWidgetItem* group = item->parent();
+            delete item;
+            group->setText(0, QStringLiteral("%1 (%2)").arg(LinkCheck::verdictName(Verdict::Dead)).arg(group->childCount()));
+        }
+    if (!outcome.failed.isEmpty())
+        DialogService::message(PageTrash::failedText(outcome.failed));
     m_status->setText(QStringLiteral("Done. ") + summary());
     updateButtons();
 }
