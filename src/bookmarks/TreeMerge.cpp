@@ -111,7 +111,7 @@ Result merge(const Tree& base, const Tree& mine, const Tree& theirs, const QStri
     while (changed) {
         changed = false;
         for (auto it = merged.cbegin(); it != merged.cend(); ++it) {
-            const QString& parent = it->parent;
+            const QString parent = it->parent; // a copy: the insert below moves the items
             if (parent.isEmpty() || merged.contains(parent))
                 continue;
             const Item back = mine.contains(parent) ? mine.value(parent)
