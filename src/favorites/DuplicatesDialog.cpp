@@ -20,11 +20,6 @@ namespace {
 constexpr int kKindRole = Qt::UserRole;
 constexpr int kKeyRole = Qt::UserRole + 1;
 
-QString counted(int n, const QString& one, const QString& many)
-{
-    return QStringLiteral("%1 %2").arg(n).arg(n == 1 ? one : many);
-}
-
 } // namespace
 
 DuplicatesDialog::DuplicatesDialog(Verbs* verbs, QWidget* parent) : QDialog(parent), m_verbs(verbs)
@@ -125,8 +120,8 @@ void DuplicatesDialog::search()
     const int favorites = int(pages.size());
     pages += Duplicates::listPages(*m_verbs->lists());
     m_status->setText(QStringLiteral("Looking through %1 and %2...")
-                          .arg(counted(favorites, QStringLiteral("favourite"), QStringLiteral("favourites")),
-                               counted(int(pages.size()) - favorites, QStringLiteral("list page"),
+                          .arg(PageTrash::counted(favorites, QStringLiteral("favourite"), QStringLiteral("favourites")),
+                               PageTrash::counted(int(pages.size()) - favorites, QStringLiteral("list page"),
                                        QStringLiteral("list pages"))));
     m_tree->clear();
     updateButtons();
@@ -168,8 +163,8 @@ void DuplicatesDialog::showGroups(const QList<Duplicates::Group>& groups)
                           ? QStringLiteral("No page is kept more than once.")
                           : QStringLiteral("%1 kept more than once, %2 in all. Every copy is checked to be kept: "
                                            "choose the copy to keep of each page, then send the others to the trash.")
-                                .arg(counted(int(groups.size()), QStringLiteral("page is"), QStringLiteral("pages are")),
-                                     counted(copies, QStringLiteral("copy"), QStringLiteral("copies"))));
+                                .arg(PageTrash::counted(int(groups.size()), QStringLiteral("page is"), QStringLiteral("pages are")),
+                                     PageTrash::counted(copies, QStringLiteral("copy"), QStringLiteral("copies"))));
     updateButtons();
     emit searched();
 }

@@ -112,6 +112,9 @@ LinkCheckDialog::LinkCheckDialog(Verbs* verbs, const Scope& scope, QWidget* pare
 
 LinkCheckDialog::~LinkCheckDialog()
 {
+    // Closed while asking: the check ends here, while the dialog is whole, so that what answered is
+    // remembered; the check itself would otherwise end as the dialog's children go.
+    m_check->cancel();
     m_reader.waitForFinished();
 }
 

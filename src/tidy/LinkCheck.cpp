@@ -28,6 +28,8 @@ LinkCheck::LinkCheck(QObject* parent) : QObject(parent), m_network(new QNetworkA
 
 LinkCheck::~LinkCheck()
 {
+    // Whoever listens may be half gone already (a parent being destroyed): nothing is told.
+    blockSignals(true);
     cancel();
 }
 

@@ -4,12 +4,10 @@
 
 namespace PageTrash {
 
-namespace {
 QString counted(qsizetype n, const QString& one, const QString& many)
 {
     return n == 1 ? QStringLiteral("1 ") + one : QStringLiteral("%1 %2").arg(n).arg(many);
 }
-} // namespace
 
 QString whereOf(const Duplicates::Page& page)
 {

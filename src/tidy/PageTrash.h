@@ -16,6 +16,8 @@ struct Item
     bool favorite = true;
 };
 
+// "1 favourite", "3 favourites".
+QString counted(qsizetype n, const QString& one, const QString& many);
 // Where a page is: "Favorites", "Favorites/News/Daily" or "List: Wall".
 QString whereOf(const Duplicates::Page& page);
 // "Do you want to send 2 favourites to the trash and take 1 page out of their lists?"

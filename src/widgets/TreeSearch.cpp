@@ -75,12 +75,11 @@ void TreeSearch::search()
         return;
     }
     const std::shared_ptr<const SearchIndex> index = m_keeper->index();
-    const bool narrows = !m_lastQuery.isEmpty() && m_lastIndex == index.get() && query.startsWith(m_lastQuery);
+    const bool narrows = !m_lastQuery.isEmpty() && query.startsWith(m_lastQuery);
     std::vector<int> matched;
     const SearchIndex::Result result = index->find(query, m_which, kShown, narrows ? &m_lastMatched : nullptr, &matched);
     m_lastQuery = query;
     m_lastMatched = std::move(matched);
-    m_lastIndex = index.get();
 
     m_results->setUpdatesEnabled(false);
     m_results->clear();

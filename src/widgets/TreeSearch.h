@@ -55,7 +55,6 @@ private:
     // What the last keystroke found, so that the next one that adds letters looks only there.
     QString m_lastQuery;
     std::vector<int> m_lastMatched;
-    const SearchIndex* m_lastIndex = nullptr;
     QPoint m_pressAt;
     bool m_pressed = false;
 };

@@ -22,6 +22,7 @@
 #include <QDir>
 #include <QLabel>
 #include <QMenu>
+#include <QPointer>
 #include <QPushButton>
 #include <QTabWidget>
 #include <QTest>
@@ -169,6 +170,28 @@ private slots:
         control<QCheckBox>(dialog, "AskAgainChk")->setChecked(true);
         QTRY_VERIFY_WITH_TIMEOUT(!dialog->busy() && m_site->requests.size() == 4, 20000);
         QVERIFY(!control<QLabel>(dialog, "LinkCheckStatus")->text().contains("within the last day"));
+    }
+    void closedWhileAskingItRemembersWhatAnswered()
+    {
+        m_site->setPage("/slow", "<p>slow</p>");
+        m_site->setDelay("/slow", 3000);
+        shortcut("Links/Fine.url", m_site->url("/fine"));
+        for (int i = 0; i < 4; ++i)
+            shortcut(QStringLiteral("Links/Slow %1.url").arg(i), m_site->url("/slow") + "?" + QString::number(i));
+        start();
+        rightClickTree(m_main->SSTree1(), "Links");
+        FavoritesMenu* menu = m_main->favoritesPanel()->menu();
+        QTRY_VERIFY(menu->menu()->isVisible());
+        chooseFromMenu(menu->menu(), menu->checkLinksAction());
+        QPointer<LinkCheckDialog> dialog = m_main->findChild<LinkCheckDialog*>();
+        QVERIFY(dialog);
+        QTRY_VERIFY_WITH_TIMEOUT(dialog->check()->outcomes().size() == 1, 10000);
+        QVERIFY(dialog->check()->running());
+        dialog->close(); // deleted on close, the slow ones still asked for
+        QTRY_VERIFY(!dialog);
+        const LinkChecksFile::Checks checks = LinkChecksFile::read(LinkChecksFile::path());
+        QCOMPARE(checks.size(), 1);
+        QCOMPARE(checks.value(m_site->url("/fine")).verdict, QStringLiteral("fine"));
     }
     void aListsLinksAreCheckedFromTheListsMenu()
     {
