@@ -16,16 +16,6 @@ namespace {
 constexpr qsizetype kMaxNameBytes = 255;
 constexpr int kProgressEvery = 50;
 
-// The numbered form of a shortcut's name: "Name.URL" becomes "Name (2).URL".
-QString numbered(const QString& name, int number)
-{
-    const QString suffix = QStringLiteral(" (%1)").arg(number);
-    const bool extension = name.endsWith(QStringLiteral(".URL"));
-    const QString base = extension ? name.chopped(4) : name;
-    const QString tail = suffix + (extension ? QStringLiteral(".URL") : QString());
-    return FileName::cutToBytes(base, kMaxNameBytes - tail.toUtf8().size()) + tail;
-}
-
 // The whole address of the shortcut there, to tell whether a bookmark is already in it: the reader
 // that opens favourites stops at 2047 characters, and a longer address would never match.
 QString addressOf(const QString& shortcut)
@@ -101,7 +91,7 @@ private:
         if (!name)
             name = QStringLiteral("Bookmark.URL");
         for (int number = 1;; ++number) {
-            const QString candidate = number == 1 ? *name : numbered(*name, number);
+            const QString candidate = number == 1 ? *name : FavoritesImport::numberedName(*name, number);
             const auto there = present.constFind(sameNameKey(candidate));
             if (there != present.cend()) {
                 if (addressOf(path + *there) == url) {
@@ -152,6 +142,15 @@ QString ImportSummary::text() const
 }
 
 namespace FavoritesImport {
+
+QString numberedName(const QString& name, int number)
+{
+    const QString suffix = QStringLiteral(" (%1)").arg(number);
+    const bool extension = name.endsWith(QStringLiteral(".URL"));
+    const QString base = extension ? name.chopped(4) : name;
+    const QString tail = suffix + (extension ? QStringLiteral(".URL") : QString());
+    return FileName::cutToBytes(base, kMaxNameBytes - tail.toUtf8().size()) + tail;
+}
 
 QString folderName(const QString& title)
 {

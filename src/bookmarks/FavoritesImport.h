@@ -31,6 +31,10 @@ namespace FavoritesImport {
 // become "-"; a blank title, "." and ".." are named "(no name)"; at most 255 bytes.
 QString folderName(const QString& title);
 
+// The numbered form of a name taken in its folder: "Name.URL" becomes "Name (2).URL", a folder
+// "Name" becomes "Name (2)"; still at most 255 bytes.
+QString numberedName(const QString& name, int number);
+
 // Writes the children of `root` into `folder` (which ends with "/"). `progress`, when given, is
 // told how many of `root`'s links were handled so far, every few dozen, and stops the import
 // when it returns false; what was written stays.
