@@ -69,13 +69,13 @@ std::optional<QColor> DialogService::chooseColor(const QColor& initial)
 namespace {
 
 std::optional<DialogService::FileChoice> chooseFile(const QString& caption, const QString& start,
-                                                    const QStringList& filters, bool saving)
+                                                    const QStringList& filters, DialogService::FileUse use)
 {
     state().fileCaptions.append(caption);
     if (!state().files.isEmpty())
         return state().files.dequeue();
     if (state().backend)
-        return state().backend->chooseFile(caption, start, filters, saving);
+        return state().backend->chooseFile(caption, start, filters, use);
     return std::nullopt;
 }
 
@@ -84,13 +84,19 @@ std::optional<DialogService::FileChoice> chooseFile(const QString& caption, cons
 std::optional<DialogService::FileChoice> DialogService::openFile(const QString& caption, const QString& start,
                                                                  const QStringList& filters)
 {
-    return chooseFile(caption, start, filters, false);
+    return chooseFile(caption, start, filters, FileUse::Open);
 }
 
 std::optional<DialogService::FileChoice> DialogService::saveFile(const QString& caption, const QString& start,
                                                                  const QStringList& filters)
 {
-    return chooseFile(caption, start, filters, true);
+    return chooseFile(caption, start, filters, FileUse::Save);
+}
+
+std::optional<DialogService::FileChoice> DialogService::shareFile(const QString& caption, const QString& start,
+                                                                  const QStringList& filters)
+{
+    return chooseFile(caption, start, filters, FileUse::Share);
 }
 
 std::optional<int> DialogService::chooseItem(const QString& caption, const QString& label, const QStringList& items)

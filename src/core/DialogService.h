@@ -21,6 +21,10 @@ public:
         int filter = 0;
     };
 
+    // What the chosen file is for: read, written (a file there is replaced, after a question), or
+    // shared (a file there is joined, not replaced: no question).
+    enum class FileUse { Open, Save, Share };
+
     class Backend
     {
     public:
@@ -30,7 +34,7 @@ public:
         // Cancel gives no colour.
         virtual std::optional<QColor> chooseColor(const QString& title, const QColor& initial) = 0;
         // Cancel gives no file and no item. A backend that cannot show them gives none.
-        virtual std::optional<FileChoice> chooseFile(const QString&, const QString&, const QStringList&, bool)
+        virtual std::optional<FileChoice> chooseFile(const QString&, const QString&, const QStringList&, FileUse)
         {
             return std::nullopt;
         }
@@ -51,6 +55,8 @@ public:
     // `start` the folder, or the file name suggested when saving.
     static std::optional<FileChoice> openFile(const QString& caption, const QString& start, const QStringList& filters);
     static std::optional<FileChoice> saveFile(const QString& caption, const QString& start, const QStringList& filters);
+    // A file to write that may be there already and is kept (a file shared with other machines).
+    static std::optional<FileChoice> shareFile(const QString& caption, const QString& start, const QStringList& filters);
     // One of `items`, chosen from a list headed `label`; its index.
     static std::optional<int> chooseItem(const QString& caption, const QString& label, const QStringList& items);
 

@@ -34,6 +34,7 @@
 #include "lists/ListsPanel.h"
 #include "lists/ListsTree.h"
 #include "lists/RunList1.h"
+#include "sync/FavoritesSync.h"
 #include "widgets/AccessibleControls.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
@@ -102,6 +103,12 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     m_historyPanel = new HistoryPanel(m_verbs);
     connect(m_options, &OptionsPanel::colorsApplied, this, &Vantrel1::ApplyColors);
     connect(m_options, &OptionsPanel::moreOptionsApplied, m_favoritesPanel->watch(), &FavoritesWatch::applySetting);
+    // The bookmarks file kept in step: what a round changed in the folder shows in the tree, with
+    // its open folders as they were.
+    m_favoritesSync = new FavoritesSync(m_verbs->favorites(), this);
+    connect(m_options, &OptionsPanel::moreOptionsApplied, m_favoritesSync, &FavoritesSync::applySetting);
+    connect(m_favoritesSync, &FavoritesSync::favoritesChanged, m_favoritesPanel->watch(),
+            &FavoritesWatch::rebuildKeepingState);
     connect(m_listsPanel, &ListsPanel::helpRequested, this, &Vantrel1::showHelp);
     connect(m_options, &OptionsPanel::helpRequested, this, &Vantrel1::showHelp);
     connect(m_options, &OptionsPanel::aboutRequested, this, &Vantrel1::AboutBtn_Click);
@@ -168,6 +175,7 @@ void Vantrel1::Form_Load()
     favorites()->RefreshBtn_Click();
     favorites()->removeLeftoverTemporaries();
     m_favoritesPanel->watch()->setEnabled(VantrelConf::flag(VantrelConf::kKeepFavoritesInStep));
+    m_favoritesSync->applySetting();
     quickButtons()->LoadButtons();
     m_listsPanel->lists()->LoadListTree();
     // The history tree is built from the records only when the history file exists.
@@ -342,6 +350,7 @@ void Vantrel1::Form_Unload()
     if (m_scheduler)
         m_scheduler->stop(); // the runs end with the program, not to be started again
     m_session->end(); // the session as it is, before its windows close
+    m_favoritesSync->finish(); // what changed last reaches the bookmarks file
     m_verbs->closeAllWindows();
     if (g.RunListShown)
         m_listsPanel->unloadRunDialog();

@@ -24,6 +24,7 @@ class QuickButtons;
 class Scheduler;
 class SchedulesDialog;
 class ScreensDialog;
+class FavoritesSync;
 class SearchKeeper;
 class SleepWatch;
 class TreeSearch;
@@ -107,6 +108,8 @@ public:
     QString helpFile() const { return m_helpFile; }
     // The one index of the three trees, and the search field above each tree.
     SearchKeeper* searchKeeper() const { return m_searchKeeper; }
+    // The Favorites kept in step with a bookmarks file, when the person asked for it.
+    FavoritesSync* favoritesSync() const { return m_favoritesSync; }
     TreeSearch* favoritesSearch() const { return m_favoritesSearch; }
     TreeSearch* listsSearch() const { return m_listsSearch; }
     TreeSearch* historySearch() const { return m_historySearch; }
@@ -158,6 +161,7 @@ private:
     QPointer<ScreensDialog> m_screens;
     std::unique_ptr<SleepWatch> m_sleep;
     SearchKeeper* m_searchKeeper = nullptr;
+    FavoritesSync* m_favoritesSync = nullptr;
     TreeSearch* m_favoritesSearch = nullptr;
     TreeSearch* m_listsSearch = nullptr;
     TreeSearch* m_historySearch = nullptr;

@@ -8,11 +8,14 @@
 
 #include <QCheckBox>
 #include <QCoreApplication>
+#include <QDir>
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QEvent>
 #include <QFile>
 #include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QSpinBox>
 #include <QUrl>
@@ -39,6 +42,8 @@ MoreOptions::MoreOptions(QWidget* owner) : QWidget(owner, Qt::Dialog)
             row.box->setObjectName(controlName(setting.key));
             row.box->setToolTip(setting.toolTip);
             form->addRow(row.box);
+            if (qstrcmp(setting.key, VantrelConf::kSyncWithFile) == 0)
+                addSyncFileRow(form, row.box);
         } else {
             row.number = new QSpinBox(this);
             row.number->setObjectName(controlName(setting.key));
@@ -74,6 +79,39 @@ MoreOptions::MoreOptions(QWidget* owner) : QWidget(owner, Qt::Dialog)
     showSettings();
 }
 
+void MoreOptions::addSyncFileRow(QFormLayout* form, QCheckBox* on)
+{
+    m_syncFile = new QLineEdit(this);
+    m_syncFile->setObjectName(QStringLiteral("SyncFileEdit"));
+    m_syncFile->setPlaceholderText(tr("an .xbel file in a folder your machines share"));
+    m_syncFile->setAccessibleName(tr("Bookmarks file"));
+    m_syncFile->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
+    auto* choose = new QPushButton(tr("Choose..."), this);
+    choose->setObjectName(QStringLiteral("SyncFileBtn"));
+    choose->setToolTip(tr("Pick the bookmarks file, or name a new one"));
+    connect(choose, &QPushButton::clicked, this, &MoreOptions::chooseSyncFile);
+    auto* line = new QHBoxLayout;
+    line->addWidget(m_syncFile, 1);
+    line->addWidget(choose);
+    form->addRow(tr("Bookmarks file:"), line);
+    const auto follow = [this, choose](bool checked) {
+        m_syncFile->setEnabled(checked);
+        choose->setEnabled(checked);
+    };
+    connect(on, &QCheckBox::toggled, this, follow);
+    follow(on->isChecked());
+}
+
+void MoreOptions::chooseSyncFile()
+{
+    const QString start = m_syncFile->text().isEmpty() ? QDir::homePath() + QStringLiteral("/bookmarks.xbel")
+                                                       : m_syncFile->text();
+    const auto chosen = DialogService::shareFile(tr("Bookmarks File to Keep in Step"), start,
+                                                 {tr("XBEL bookmarks (*.xbel)"), tr("All files (*)")});
+    if (chosen)
+        m_syncFile->setText(chosen->path);
+}
+
 QWidget* MoreOptions::control(const char* key) const
 {
     for (const Row& row : m_rows)
@@ -92,6 +130,7 @@ void MoreOptions::showSettings()
         else
             row.number->setValue(VantrelConf::value(row.key));
     }
+    m_syncFile->setText(VantrelConf::text(VantrelConf::kSyncFile));
 }
 
 bool MoreOptions::storeSettings()
@@ -99,7 +138,7 @@ bool MoreOptions::storeSettings()
     bool stored = true;
     for (const Row& row : m_rows)
         stored = VantrelConf::setValue(row.key, row.box ? int(row.box->isChecked()) : row.number->value()) && stored;
-    return stored;
+    return VantrelConf::setText(VantrelConf::kSyncFile, m_syncFile->text().trimmed()) && stored;
 }
 
 bool MoreOptions::applyStartAtLogin(QString* error)
@@ -119,6 +158,12 @@ void MoreOptions::changeEvent(QEvent* event)
 
 void MoreOptions::okClicked()
 {
+    const auto* sync = static_cast<QCheckBox*>(control(VantrelConf::kSyncWithFile));
+    if (sync->isChecked() && m_syncFile->text().trimmed().isEmpty()) {
+        DialogService::message(tr("Choose the bookmarks file to keep your Favorites in step with."));
+        m_syncFile->setFocus();
+        return;
+    }
     if (!storeSettings()) {
         DialogService::message(QStringLiteral("The settings could not be saved in ") + VantrelConf::path());
         return;

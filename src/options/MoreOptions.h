@@ -5,6 +5,8 @@
 #include <vector>
 
 class QCheckBox;
+class QFormLayout;
+class QLineEdit;
 class QSpinBox;
 
 // The "More Options" dialog: the settings of Vantrel's own additions (VantrelConf), one control
@@ -42,6 +44,9 @@ protected:
 private:
     void okClicked();
     void openLog();
+    // The bookmarks file kept in step: its path and a button to choose it, under its check box.
+    void addSyncFileRow(QFormLayout* form, QCheckBox* on);
+    void chooseSyncFile();
 
     struct Row
     {
@@ -50,4 +55,5 @@ private:
         QSpinBox* number = nullptr;
     };
     std::vector<Row> m_rows;
+    QLineEdit* m_syncFile = nullptr;
 };

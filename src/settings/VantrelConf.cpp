@@ -77,6 +77,11 @@ const QList<Setting>& all()
          QStringLiteral("Addresses that differ only in the parameters sites add to follow visits (utm_source, "
                         "fbclid, gclid, ...) count as the same page"),
          true, 1, 0, 1, {}, {}},
+        {kSyncWithFile, QStringLiteral("Keep my Favorites in step with a bookmarks file"),
+         QStringLiteral("An XBEL file in a folder that your machines share (Nextcloud, Syncthing, Dropbox): Vantrel "
+                        "writes your Favorites into it, and brings in what another machine or a browser extension "
+                        "changed there"),
+         true, 0, 0, 1, {}, {}},
     };
     return settings;
 }
@@ -122,6 +127,20 @@ bool setValue(const char* key, int value)
     QSettings file(path(), QSettings::IniFormat);
     file.setValue(QString::fromLatin1(key), std::clamp(value, setting->minimum, maximum));
     file.sync(); // written to a temporary file and renamed over the old one
+    return file.status() == QSettings::NoError;
+}
+
+QString text(const char* key)
+{
+    const QSettings file(path(), QSettings::IniFormat);
+    return file.value(QString::fromLatin1(key)).toString();
+}
+
+bool setText(const char* key, const QString& value)
+{
+    QSettings file(path(), QSettings::IniFormat);
+    file.setValue(QString::fromLatin1(key), value);
+    file.sync();
     return file.status() == QSettings::NoError;
 }
 

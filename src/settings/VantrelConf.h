@@ -30,6 +30,9 @@ inline constexpr char kAlwaysReopen[] = "Session/AlwaysReopenLastSession";
 inline constexpr char kStartAtLogin[] = "Session/StartAtLogin";
 inline constexpr char kKeepFavoritesInStep[] = "Favorites/KeepTreeInStepWithFolder";
 inline constexpr char kDuplicatesIgnoreTracking[] = "Favorites/DuplicatesIgnoreTrackingParameters";
+inline constexpr char kSyncWithFile[] = "Favorites/KeepInStepWithBookmarksFile";
+// Text, not in the dialog's list of numbers and check boxes: the bookmarks file kept in step.
+inline constexpr char kSyncFile[] = "Favorites/BookmarksFileKeptInStep";
 
 struct Setting
 {
@@ -55,5 +58,9 @@ int value(const char* key);
 bool flag(const char* key);
 // Stores a value (clamped to its range); false when the file could not be written.
 bool setValue(const char* key, int value);
+
+// A setting that is text (a file's path); empty when none is stored.
+QString text(const char* key);
+bool setText(const char* key, const QString& value);
 
 } // namespace VantrelConf

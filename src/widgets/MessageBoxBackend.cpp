@@ -56,9 +56,11 @@ std::optional<QColor> MessageBoxBackend::chooseColor(const QString& title, const
 }
 
 std::optional<DialogService::FileChoice> MessageBoxBackend::chooseFile(const QString& caption, const QString& start,
-                                                                       const QStringList& filters, bool saving)
+                                                                       const QStringList& filters, DialogService::FileUse use)
 {
+    const bool saving = use != DialogService::FileUse::Open;
     QFileDialog dialog(ownerOfBoxes(), caption);
+    dialog.setOption(QFileDialog::DontConfirmOverwrite, use == DialogService::FileUse::Share);
     dialog.setNameFilters(filters);
     dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);

@@ -13,6 +13,6 @@ public:
     DialogService::Answer askQuestion(const QString& title, const QString& text) override;
     std::optional<QColor> chooseColor(const QString& title, const QColor& initial) override;
     std::optional<DialogService::FileChoice> chooseFile(const QString& caption, const QString& start,
-                                                        const QStringList& filters, bool saving) override;
+                                                        const QStringList& filters, DialogService::FileUse use) override;
     std::optional<int> chooseItem(const QString& caption, const QString& label, const QStringList& items) override;
 };

@@ -25,9 +25,10 @@ public:
         return color;
     }
     std::optional<DialogService::FileChoice> chooseFile(const QString& caption, const QString& start,
-                                                        const QStringList& filters, bool saving) override
+                                                        const QStringList& filters, DialogService::FileUse use) override
     {
-        calls << QStringLiteral("file:%1:%2:%3:%4").arg(caption, start, filters.join(u'|'), saving ? "save" : "open");
+        const char* kind = use == DialogService::FileUse::Open ? "open" : use == DialogService::FileUse::Save ? "save" : "share";
+        calls << QStringLiteral("file:%1:%2:%3:%4").arg(caption, start, filters.join(u'|'), kind);
         return DialogService::FileChoice{"/chosen", 1};
     }
     std::optional<int> chooseItem(const QString& caption, const QString& label, const QStringList& items) override
@@ -98,9 +99,10 @@ private slots:
         QCOMPARE(opened->path, QStringLiteral("/chosen"));
         QCOMPARE(opened->filter, 1);
         QVERIFY(DialogService::saveFile("Export", "/home/x.html", {"H (*.html)"}));
+        QVERIFY(DialogService::shareFile("Keep", "/sync/b.xbel", {"X (*.xbel)"}));
         QCOMPARE(DialogService::chooseItem("Pick", "Which:", {"x", "y", "z"}), std::optional<int>(2));
         QCOMPARE(backend.calls, (QStringList{"file:Import:/home:A (*.a)|All (*):open", "file:Export:/home/x.html:H (*.html):save",
-                                             "item:Pick:Which::x|y|z"}));
+                                             "file:Keep:/sync/b.xbel:X (*.xbel):share", "item:Pick:Which::x|y|z"}));
         // Queued choices stand for the dialogs, in order; the captions and the items offered are kept.
         DialogService::setNextFile(DialogService::FileChoice{"/queued", 0});
         DialogService::setNextFile(std::nullopt);

@@ -4,6 +4,7 @@
 #include "watch/EventLog.h"
 #include "desktop/Autostart.h"
 #include "options/MoreOptions.h"
+#include "sync/FavoritesSync.h"
 #include "settings/VantrelConf.h"
 #include "options/OptionsPanel.h"
 #include "surf/SurfPanel.h"
@@ -418,6 +419,48 @@ private slots:
         QVERIFY(!VantrelConf::flag(VantrelConf::kShowWhenLoaded));
         QCOMPARE(VantrelConf::value(VantrelConf::kReadySeconds), 30);
         QVERIFY(readAll(m_app->file("Vantrel.conf")).contains("LongestWaitForAPageSeconds=30"));
+    }
+    void theBookmarksFileKeptInStepIsChosenUnderItsBox()
+    {
+        start();
+        options()->MoreOptionsBtn_Click();
+        MoreOptions* more = options()->moreOptions();
+        auto* on = qobject_cast<QCheckBox*>(more->control(VantrelConf::kSyncWithFile));
+        auto* file = more->findChild<QLineEdit*>("SyncFileEdit");
+        auto* choose = more->findChild<QPushButton*>("SyncFileBtn");
+        QVERIFY(on && file && choose);
+        QCOMPARE(on->text(), QStringLiteral("Keep my Favorites in step with a bookmarks file"));
+        QVERIFY(!on->isChecked()); // off until a person switches it on
+        QVERIFY(!file->isEnabled() && !choose->isEnabled());
+        on->setChecked(true);
+        QVERIFY(file->isEnabled() && choose->isEnabled());
+        // Without a file it says what is missing and stays.
+        DialogService::clearShown();
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QCOMPARE(DialogService::shownTexts(), QStringList{"Choose the bookmarks file to keep your Favorites in step with."});
+        QVERIFY(more->isVisible());
+        QVERIFY(!VantrelConf::flag(VantrelConf::kSyncWithFile));
+        // Chosen: a file there is joined, not replaced, so the dialog asks nothing of it.
+        const QString shared = m_app->home() + "/Sync/bookmarks.xbel";
+        QVERIFY(QDir().mkpath(m_app->home() + "/Sync"));
+        DialogService::setNextFile(DialogService::FileChoice{shared, 0});
+        QTest::mouseClick(choose, Qt::LeftButton);
+        QCOMPARE(DialogService::fileCaptions().last(), QStringLiteral("Bookmarks File to Keep in Step"));
+        QCOMPARE(file->text(), shared);
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QVERIFY(!more->isVisible());
+        QVERIFY(VantrelConf::flag(VantrelConf::kSyncWithFile));
+        QCOMPARE(VantrelConf::text(VantrelConf::kSyncFile), shared);
+        // The running program follows at once: the file is written a little later.
+        QVERIFY(m_main->favoritesSync()->isEnabled());
+        QCOMPARE(m_main->favoritesSync()->file(), shared);
+        QVERIFY(QTest::qWaitFor([&] { return QFile::exists(shared); }, FavoritesSync::kStartDelayMs + 3000));
+        // Shown again from the settings; switched off, the program stops keeping it.
+        options()->MoreOptionsBtn_Click();
+        QCOMPARE(file->text(), shared);
+        on->setChecked(false);
+        QTest::mouseClick(more->findChild<QPushButton*>("OKBtn"), Qt::LeftButton);
+        QVERIFY(!m_main->favoritesSync()->isEnabled());
     }
     void startAtLoginWritesAndRemovesTheAutostartEntry()
     {

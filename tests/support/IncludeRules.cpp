@@ -35,6 +35,7 @@ const QStringList& folderOrder()
         QStringLiteral("core"),     QStringLiteral("settings"),  QStringLiteral("shortcuts"),
         QStringLiteral("bookmarks"), QStringLiteral("browser"),  QStringLiteral("watch"),
         QStringLiteral("screens"),  QStringLiteral("verbs"),    QStringLiteral("tidy"),      QStringLiteral("search"),
+        QStringLiteral("sync"),
         QStringLiteral("session"),
         QStringLiteral("desktop"),
         QStringLiteral("doors"),    QStringLiteral("schedule"), QStringLiteral("widgets"),  QStringLiteral("surf"),      QStringLiteral("favorites"),

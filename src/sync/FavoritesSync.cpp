@@ -1,0 +1,126 @@
+#include "FavoritesSync.h"
+
+#include "core/Globals.h"
+#include "settings/VantrelConf.h"
+#include "verbs/FavoritesModel.h"
+#include "watch/EventLog.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QSysInfo>
+
+FavoritesSync::FavoritesSync(FavoritesModel* favorites, QObject* parent)
+    : QObject(parent), m_favorites(favorites), m_machine(QSysInfo::machineHostName())
+{
+    if (m_machine.isEmpty())
+        m_machine = QStringLiteral("this machine");
+    m_soon.setSingleShot(true);
+    m_fileSoon.setSingleShot(true);
+    m_scan.setInterval(kScanMs);
+    connect(&m_soon, &QTimer::timeout, this, [this] { syncNow(false); });
+    connect(&m_fileSoon, &QTimer::timeout, this, [this] { syncNow(true); });
+    connect(&m_scan, &QTimer::timeout, this, [this] { syncNow(false); });
+    connect(m_favorites, &FavoritesModel::added, this, &FavoritesSync::favoritesTouched);
+    connect(m_favorites, &FavoritesModel::removed, this, &FavoritesSync::favoritesTouched);
+    connect(m_favorites, &FavoritesModel::addressChanged, this, &FavoritesSync::favoritesTouched);
+    connect(m_favorites, &FavoritesModel::reset, this, &FavoritesSync::favoritesTouched);
+}
+
+void FavoritesSync::applySetting()
+{
+    setFile(VantrelConf::text(VantrelConf::kSyncFile), VantrelConf::flag(VantrelConf::kSyncWithFile));
+}
+
+void FavoritesSync::setFile(const QString& file, bool on)
+{
+    on = on && !file.isEmpty();
+    if (on == m_on && file == m_file)
+        return;
+    m_on = on;
+    m_file = file;
+    m_soon.stop();
+    m_fileSoon.stop();
+    m_lastLogged.clear();
+    delete m_watcher;
+    m_watcher = nullptr;
+    if (!on) {
+        m_scan.stop();
+        return;
+    }
+    if (!m_loaded) {
+        m_state = SyncState::load(SyncState::path());
+        m_loaded = true;
+    }
+    m_watcher = new QFileSystemWatcher(this);
+    connect(m_watcher, &QFileSystemWatcher::fileChanged, this, &FavoritesSync::fileTouched);
+    connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, &FavoritesSync::fileTouched);
+    watch();
+    m_scan.start();
+    m_soon.start(kStartDelayMs);
+}
+
+void FavoritesSync::watch()
+{
+    if (!m_watcher)
+        return;
+    // A sync program replaces the file rather than write into it, which ends a watch on the file:
+    // its folder is watched too, and the file watched again after each round.
+    const QString folder = QFileInfo(m_file).absolutePath();
+    if (!m_watcher->directories().contains(folder) && QFileInfo(folder).isDir())
+        m_watcher->addPath(folder);
+    if (!m_watcher->files().contains(m_file) && QFileInfo::exists(m_file))
+        m_watcher->addPath(m_file);
+}
+
+void FavoritesSync::favoritesTouched()
+{
+    if (m_on && !m_inRound)
+        m_soon.start(kWriteDelayMs);
+}
+
+void FavoritesSync::fileTouched()
+{
+    if (!m_on || m_inRound)
+        return;
+    // What this machine wrote itself comes back as a change of the file: nothing to do.
+    QFile file(m_file);
+    if (file.size() <= SyncRound::kMaxFileBytes && file.open(QIODevice::ReadOnly)
+        && SyncState::hashOf(file.readAll()) == m_state.agreed && !m_fileSoon.isActive())
+        return;
+    m_fileSoon.start(kFileSettleMs);
+}
+
+SyncRound::Outcome FavoritesSync::syncNow(bool fileChanged)
+{
+    if (!m_on || m_inRound)
+        return {};
+    // A round for the file alone skips the folder when the file holds what was agreed; not when
+    // the Favorites changed too.
+    fileChanged = fileChanged && !m_soon.isActive();
+    m_soon.stop();
+    m_fileSoon.stop();
+    m_inRound = true;
+    const SyncState::State before = m_state;
+    const SyncRound::Outcome outcome = SyncRound::run(globals().FavoritesPath, m_file, m_machine, &m_state,
+                                                      fileChanged);
+    if (!(m_state == before))
+        SyncState::save(SyncState::path(), m_state);
+    const QString line = outcome.logText(m_file);
+    // A file that cannot be used is said once, until something else happens.
+    if (!line.isEmpty() && line != m_lastLogged)
+        EventLog::write(line);
+    m_lastLogged = outcome.problem.isEmpty() ? QString() : line;
+    watch();
+    m_inRound = false;
+    if (outcome.folderChanged)
+        emit favoritesChanged();
+    emit roundDone(outcome);
+    return outcome;
+}
+
+void FavoritesSync::finish()
+{
+    if (m_on && (m_soon.isActive() || m_fileSoon.isActive()))
+        syncNow(m_fileSoon.isActive());
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "bookmarks/SyncRound.h"
+#include "bookmarks/SyncState.h"
+
+#include <QObject>
+#include <QTimer>
+
+class FavoritesModel;
+class QFileSystemWatcher;
+
+// Keeps the Favorites folder in step with a bookmarks file, when the person asked for it ("Keep my
+// Favorites in step with a bookmarks file" on More Options): a round (SyncRound) shortly after the
+// Favorites change, as soon as the file changes from outside (another machine's Vantrel through a
+// synced folder, a browser extension), every minute for what a file manager changed in the folder,
+// a little after the start and once more at the end. What a round did, and why a file was not
+// used, goes into the log; the same problem is said once, not every minute.
+class FavoritesSync : public QObject
+{
+    Q_OBJECT
+
+public:
+    // The Favorites change in bursts (an import, a drop of fifty pages): the file is written once
+    // they have been quiet this long.
+    static constexpr int kWriteDelayMs = 2000;
+    // A sync program writes the file in pieces: it is read once it has been still this long.
+    static constexpr int kFileSettleMs = 1000;
+    // What other programs change in the folder is looked for this often.
+    static constexpr int kScanMs = 60 * 1000;
+    // The first round waits this long after the start, so that it does not hold the start up.
+    static constexpr int kStartDelayMs = 3000;
+
+    FavoritesSync(FavoritesModel* favorites, QObject* parent = nullptr);
+
+    // Follows the settings: switched on (or to another file), the first round comes soon;
+    // switched off, nothing more is read or written.
+    void applySetting();
+    // What applySetting() takes from the settings, given directly.
+    void setFile(const QString& file, bool on);
+
+    bool isEnabled() const { return m_on; }
+    QString file() const { return m_file; }
+    // The name this machine gives itself in the file: its host name.
+    QString machine() const { return m_machine; }
+    void setMachine(const QString& machine) { m_machine = machine; }
+
+    // A round now; `fileChanged` when the file is why.
+    SyncRound::Outcome syncNow(bool fileChanged = false);
+    // At the end of the program: a round still due is done now.
+    void finish();
+
+signals:
+    // A round changed the Favorites folder: the tree reads it again.
+    void favoritesChanged();
+    // A round ended (also one that could not use the file).
+    void roundDone(const SyncRound::Outcome& outcome);
+
+private:
+    void favoritesTouched();
+    void fileTouched();
+    void watch();
+
+    FavoritesModel* m_favorites;
+    QFileSystemWatcher* m_watcher = nullptr;
+    QTimer m_soon;     // a round after the Favorites changed
+    QTimer m_fileSoon; // a round after the file changed
+    QTimer m_scan;
+    QString m_file;
+    QString m_machine;
+    bool m_on = false;
+    bool m_loaded = false;
+    bool m_inRound = false;
+    SyncState::State m_state;
+    QString m_lastLogged;
+};

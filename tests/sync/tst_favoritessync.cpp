@@ -1,0 +1,170 @@
+// The Favorites kept in step with a bookmarks file while the program runs: the setting switches it
+// on and off, a change of the Favorites writes the file after a short quiet, a change of the file
+// from outside comes into the folder by itself, a file that cannot be used is said once in the log,
+// and the agreement is kept in the program folder for the next start.
+#include "bookmarks/SyncFile.h"
+#include "core/Globals.h"
+#include "settings/VantrelConf.h"
+#include "shortcuts/ShortcutFile.h"
+#include "sync/FavoritesSync.h"
+#include "verbs/FavoritesModel.h"
+#include "watch/EventLog.h"
+
+#include <QDir>
+#include <QFile>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+class TestFavoritesSync : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+    std::unique_ptr<FavoritesModel> m_model;
+    std::unique_ptr<FavoritesSync> m_sync;
+    QString favorites() const { return m_dir->filePath("Favorites"); }
+    QString shared() const { return m_dir->filePath("Nextcloud/bookmarks.xbel"); }
+
+    static QByteArray bytesOf(const QString& path)
+    {
+        QFile file(path);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    static void writeBytes(const QString& path, const QByteArray& bytes)
+    {
+        // As a sync program delivers it: a new file put in the old one's place.
+        QFile out(path + ".part");
+        QVERIFY(out.open(QIODevice::WriteOnly));
+        out.write(bytes);
+        out.close();
+        QVERIFY(::rename(QFile::encodeName(path + ".part").constData(), QFile::encodeName(path).constData()) == 0);
+    }
+    static QStringList logLines()
+    {
+        return QString::fromUtf8(bytesOf(EventLog::path())).split(u'\n', Qt::SkipEmptyParts);
+    }
+    static QStringList titlesIn(const QString& file)
+    {
+        QStringList titles;
+        for (const TreeMerge::Item& item : SyncFile::read(bytesOf(file)).tree)
+            titles << item.title;
+        titles.sort();
+        return titles;
+    }
+
+private slots:
+    void init()
+    {
+        m_dir = std::make_unique<QTemporaryDir>();
+        resetGlobals();
+        globals().AppPath = m_dir->path();
+        globals().FavoritesPath = favorites();
+        qputenv("XDG_DATA_HOME", m_dir->filePath("data").toUtf8());
+        QVERIFY(QDir().mkpath(m_dir->filePath("data")));
+        QVERIFY(QDir().mkpath(favorites() + "/News"));
+        QVERIFY(QDir().mkpath(m_dir->filePath("Nextcloud")));
+        QVERIFY(WriteShortcutFile(favorites() + "/News/Paper.url", "https://paper.example/"));
+        m_model = std::make_unique<FavoritesModel>();
+        m_model->rebuild();
+        m_sync = std::make_unique<FavoritesSync>(m_model.get());
+        m_sync->setMachine("desk");
+    }
+    void cleanup()
+    {
+        m_sync.reset();
+        m_model.reset();
+        m_dir.reset();
+    }
+
+    void itIsOffUntilAPersonSwitchesItOn()
+    {
+        QVERIFY(!VantrelConf::flag(VantrelConf::kSyncWithFile));
+        m_sync->applySetting();
+        QVERIFY(!m_sync->isEnabled());
+        QVERIFY(m_sync->syncNow().problem.isEmpty());
+        QVERIFY(!QFile::exists(shared()));
+        // Switched on without a file, it stays off.
+        QVERIFY(VantrelConf::setValue(VantrelConf::kSyncWithFile, 1));
+        m_sync->applySetting();
+        QVERIFY(!m_sync->isEnabled());
+
+        QVERIFY(VantrelConf::setText(VantrelConf::kSyncFile, shared()));
+        m_sync->applySetting();
+        QVERIFY(m_sync->isEnabled());
+        QCOMPARE(m_sync->file(), shared());
+        // The first round comes by itself, a little after.
+        QVERIFY(QTest::qWaitFor([this] { return QFile::exists(shared()); }, FavoritesSync::kStartDelayMs + 2000));
+        QCOMPARE(titlesIn(shared()), (QStringList{"News", "Paper"}));
+        QVERIFY(QFile::exists(m_dir->filePath(SyncState::kFileName)));
+
+        QVERIFY(VantrelConf::setValue(VantrelConf::kSyncWithFile, 0));
+        m_sync->applySetting();
+        QVERIFY(!m_sync->isEnabled());
+        QVERIFY(WriteShortcutFile(favorites() + "/Late.url", "https://late.example/"));
+        m_model->rebuild();
+        QTest::qWait(FavoritesSync::kWriteDelayMs + 300);
+        QCOMPARE(titlesIn(shared()), (QStringList{"News", "Paper"}));
+    }
+
+    void aChangeOfTheFavoritesIsWrittenAfterAQuiet()
+    {
+        m_sync->setFile(shared(), true);
+        m_sync->syncNow();
+        QVERIFY(WriteShortcutFile(favorites() + "/Mail.url", "https://mail.example/"));
+        QVERIFY(m_model->addShortcut(QString(), "Mail.url"));
+        QTest::qWait(FavoritesSync::kWriteDelayMs / 2);
+        QCOMPARE(titlesIn(shared()), (QStringList{"News", "Paper"})); // not yet: more may come
+        QVERIFY(QTest::qWaitFor([this] { return titlesIn(shared()).contains("Mail"); }, FavoritesSync::kWriteDelayMs + 1000));
+    }
+
+    void aChangeOfTheFileFromOutsideComesIn()
+    {
+        m_sync->setFile(shared(), true);
+        m_sync->syncNow();
+        QSignalSpy changed(m_sync.get(), &FavoritesSync::favoritesChanged);
+        SyncFile::Read file = SyncFile::read(bytesOf(shared()));
+        file.tree.insert("laptop-1", {QString(), false, "From the laptop", "https://laptop.example/"});
+        writeBytes(shared(), SyncFile::write(file.tree, "laptop"));
+        QVERIFY(QTest::qWaitFor([this] { return QFile::exists(favorites() + "/From the laptop.URL"); },
+                                FavoritesSync::kFileSettleMs + 3000));
+        QVERIFY(changed.count() >= 1);
+        QVERIFY(logLines().last().contains("Favorites in step with " + shared() + ": 1 made"));
+
+        // Replaced again: the watch outlived the first replacement.
+        file.tree.remove("laptop-1");
+        writeBytes(shared(), SyncFile::write(file.tree, "laptop"));
+        QVERIFY(QTest::qWaitFor([this] { return !QFile::exists(favorites() + "/From the laptop.URL"); },
+                                FavoritesSync::kFileSettleMs + 3000));
+        QVERIFY(QFile::exists(m_dir->filePath("data/Trash/files/From the laptop.URL")));
+    }
+
+    void aFileThatCannotBeUsedIsSaidOnceAndLeftAlone()
+    {
+        m_sync->setFile(shared(), true);
+        m_sync->syncNow();
+        const QByteArray half = bytesOf(shared()).left(100);
+        writeBytes(shared(), half);
+        QVERIFY(QTest::qWaitFor([] { return !logLines().isEmpty() && logLines().last().contains("not used"); },
+                                FavoritesSync::kFileSettleMs + 3000));
+        const int lines = int(logLines().size());
+        QVERIFY(!m_sync->syncNow().problem.isEmpty());
+        QVERIFY(!m_sync->syncNow().problem.isEmpty());
+        QCOMPARE(logLines().size(), lines); // said once
+        QCOMPARE(bytesOf(shared()), half);  // and not written over
+        QVERIFY(QFile::exists(favorites() + "/News/Paper.url"));
+    }
+
+    void aRoundStillDueIsDoneAtTheEnd()
+    {
+        m_sync->setFile(shared(), true);
+        m_sync->syncNow();
+        QVERIFY(WriteShortcutFile(favorites() + "/Last.url", "https://last.example/"));
+        m_model->rebuild();
+        m_sync->finish();
+        QVERIFY(titlesIn(shared()).contains("Last"));
+    }
+};
+
+QTEST_GUILESS_MAIN(TestFavoritesSync)
+#include "tst_favoritessync.moc"
