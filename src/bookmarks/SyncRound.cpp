@@ -133,9 +133,12 @@ Outcome run(const QString& favorites, const QString& file, const QString& machin
         return outcome;
     }
     SyncFile::Read theirs;
-    if (onDisk.there) {
-        if (fileChanged && SyncState::hashOf(onDisk.bytes) == state->agreed)
+    const bool asAgreed = onDisk.there && SyncState::hashOf(onDisk.bytes) == state->agreed;
+    if (asAgreed) {
+        if (fileChanged)
             return outcome; // what this machine wrote, or read already
+        theirs.tree = state->base; // nothing changed there: no need to read it again
+    } else if (onDisk.there) {
         theirs = SyncFile::read(onDisk.bytes);
         if (!theirs.ok()) {
             outcome.problem = theirs.problem + QStringLiteral("; it is not written over until it reads whole again");
@@ -146,6 +149,10 @@ Outcome run(const QString& favorites, const QString& file, const QString& machin
     }
 
     SyncedFolder::Read mine = SyncedFolder::read(favorites, state->places);
+    if (asAgreed && mine.tree == state->base) {
+        state->places = mine.places; // nothing changed on either side: what runs every minute
+        return outcome;
+    }
     const bool firstRound = state->agreed.isEmpty();
     if (firstRound && onDisk.there)
         adoptIds(theirs.tree, &mine);

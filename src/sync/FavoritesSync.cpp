@@ -9,6 +9,7 @@
 #include <QFileInfo>
 #include <QFileSystemWatcher>
 #include <QSysInfo>
+#include <QtConcurrent/QtConcurrentRun>
 
 FavoritesSync::FavoritesSync(FavoritesModel* favorites, QObject* parent)
     : QObject(parent), m_favorites(favorites), m_machine(QSysInfo::machineHostName())
@@ -18,13 +19,19 @@ FavoritesSync::FavoritesSync(FavoritesModel* favorites, QObject* parent)
     m_soon.setSingleShot(true);
     m_fileSoon.setSingleShot(true);
     m_scan.setInterval(kScanMs);
-    connect(&m_soon, &QTimer::timeout, this, [this] { syncNow(false); });
-    connect(&m_fileSoon, &QTimer::timeout, this, [this] { syncNow(true); });
-    connect(&m_scan, &QTimer::timeout, this, [this] { syncNow(false); });
+    connect(&m_soon, &QTimer::timeout, this, [this] { startRound(false); });
+    connect(&m_fileSoon, &QTimer::timeout, this, [this] { startRound(true); });
+    connect(&m_scan, &QTimer::timeout, this, [this] { startRound(false); });
+    connect(&m_round, &QFutureWatcher<Done>::finished, this, &FavoritesSync::roundFinished);
     connect(m_favorites, &FavoritesModel::added, this, &FavoritesSync::favoritesTouched);
     connect(m_favorites, &FavoritesModel::removed, this, &FavoritesSync::favoritesTouched);
     connect(m_favorites, &FavoritesModel::addressChanged, this, &FavoritesSync::favoritesTouched);
     connect(m_favorites, &FavoritesModel::reset, this, &FavoritesSync::favoritesTouched);
+}
+
+FavoritesSync::~FavoritesSync()
+{
+    m_round.waitForFinished(); // a round never ends half done with the program
 }
 
 void FavoritesSync::applySetting()
@@ -75,13 +82,13 @@ void FavoritesSync::watch()
 
 void FavoritesSync::favoritesTouched()
 {
-    if (m_on && !m_inRound)
+    if (m_on)
         m_soon.start(kWriteDelayMs);
 }
 
 void FavoritesSync::fileTouched()
 {
-    if (!m_on || m_inRound)
+    if (!m_on)
         return;
     // What this machine wrote itself comes back as a change of the file: nothing to do.
     QFile file(m_file);
@@ -91,36 +98,82 @@ void FavoritesSync::fileTouched()
     m_fileSoon.start(kFileSettleMs);
 }
 
-SyncRound::Outcome FavoritesSync::syncNow(bool fileChanged)
+FavoritesSync::Done FavoritesSync::runRound(const QString& favorites, const QString& file, const QString& machine,
+                                            SyncState::State state, bool fileChanged)
 {
-    if (!m_on || m_inRound)
-        return {};
+    Done done;
+    const SyncState::State before = state;
+    done.outcome = SyncRound::run(favorites, file, machine, &state, fileChanged);
+    if (!(state == before))
+        SyncState::save(SyncState::path(), state);
+    done.state = std::move(state);
+    return done;
+}
+
+bool FavoritesSync::onlyTheFile(bool fileChanged)
+{
     // A round for the file alone skips the folder when the file holds what was agreed; not when
     // the Favorites changed too.
     fileChanged = fileChanged && !m_soon.isActive();
     m_soon.stop();
     m_fileSoon.stop();
-    m_inRound = true;
-    const SyncState::State before = m_state;
-    const SyncRound::Outcome outcome = SyncRound::run(globals().FavoritesPath, m_file, m_machine, &m_state,
-                                                      fileChanged);
-    if (!(m_state == before))
-        SyncState::save(SyncState::path(), m_state);
+    return fileChanged;
+}
+
+void FavoritesSync::startRound(bool fileChanged)
+{
+    if (!m_on)
+        return;
+    if (m_round.isRunning()) {
+        m_again = true;
+        return;
+    }
+    m_again = false;
+    m_round.setFuture(QtConcurrent::run(&FavoritesSync::runRound, globals().FavoritesPath, m_file, m_machine, m_state,
+                                        onlyTheFile(fileChanged)));
+}
+
+void FavoritesSync::roundFinished()
+{
+    if (m_round.isCanceled() || !m_round.future().isValid() || m_round.future().resultCount() == 0)
+        return;
+    take(m_round.result());
+    m_round.setFuture(QFuture<Done>()); // taken once
+    if (m_again && m_on)
+        m_soon.start(kWriteDelayMs);
+    m_again = false;
+}
+
+void FavoritesSync::take(const Done& done)
+{
+    m_state = done.state;
+    const SyncRound::Outcome& outcome = done.outcome;
     const QString line = outcome.logText(m_file);
     // A file that cannot be used is said once, until something else happens.
     if (!line.isEmpty() && line != m_lastLogged)
         EventLog::write(line);
     m_lastLogged = outcome.problem.isEmpty() ? QString() : line;
     watch();
-    m_inRound = false;
     if (outcome.folderChanged)
         emit favoritesChanged();
     emit roundDone(outcome);
-    return outcome;
+}
+
+SyncRound::Outcome FavoritesSync::syncNow(bool fileChanged)
+{
+    if (m_round.isRunning()) {
+        m_round.waitForFinished();
+        roundFinished();
+    }
+    if (!m_on)
+        return {};
+    const Done done = runRound(globals().FavoritesPath, m_file, m_machine, m_state, onlyTheFile(fileChanged));
+    take(done);
+    return done.outcome;
 }
 
 void FavoritesSync::finish()
 {
-    if (m_on && (m_soon.isActive() || m_fileSoon.isActive()))
-        syncNow(m_fileSoon.isActive());
+    if (m_on && (m_soon.isActive() || m_fileSoon.isActive() || m_round.isRunning() || m_again))
+        syncNow(m_fileSoon.isActive() && !m_soon.isActive());
 }

@@ -3,6 +3,7 @@
 #include "bookmarks/SyncRound.h"
 #include "bookmarks/SyncState.h"
 
+#include <QFutureWatcher>
 #include <QObject>
 #include <QTimer>
 
@@ -13,8 +14,10 @@ class QFileSystemWatcher;
 // Favorites in step with a bookmarks file" on More Options): a round (SyncRound) shortly after the
 // Favorites change, as soon as the file changes from outside (another machine's Vantrel through a
 // synced folder, a browser extension), every minute for what a file manager changed in the folder,
-// a little after the start and once more at the end. What a round did, and why a file was not
-// used, goes into the log; the same problem is said once, not every minute.
+// a little after the start and once more at the end. The rounds run away from the window's thread:
+// a Favorites folder of tens of thousands of shortcuts takes a fraction of a second to look over.
+// What a round did, and why a file was not used, goes into the log; the same problem is said
+// once, not every minute.
 class FavoritesSync : public QObject
 {
     Q_OBJECT
@@ -31,6 +34,7 @@ public:
     static constexpr int kStartDelayMs = 3000;
 
     FavoritesSync(FavoritesModel* favorites, QObject* parent = nullptr);
+    ~FavoritesSync() override;
 
     // Follows the settings: switched on (or to another file), the first round comes soon;
     // switched off, nothing more is read or written.
@@ -43,8 +47,10 @@ public:
     // The name this machine gives itself in the file: its host name.
     QString machine() const { return m_machine; }
     void setMachine(const QString& machine) { m_machine = machine; }
+    // Whether a round is going on away from the window's thread.
+    bool busy() const { return m_round.isRunning(); }
 
-    // A round now; `fileChanged` when the file is why.
+    // A round now, on this thread, after the one going on; `fileChanged` when the file is why.
     SyncRound::Outcome syncNow(bool fileChanged = false);
     // At the end of the program: a round still due is done now.
     void finish();
@@ -56,6 +62,19 @@ signals:
     void roundDone(const SyncRound::Outcome& outcome);
 
 private:
+    struct Done
+    {
+        SyncRound::Outcome outcome;
+        SyncState::State state;
+    };
+    // What a round works on, and what it gives back; runs on any thread.
+    static Done runRound(const QString& favorites, const QString& file, const QString& machine,
+                         SyncState::State state, bool fileChanged);
+
+    void startRound(bool fileChanged);
+    void roundFinished();
+    void take(const Done& done);
+    bool onlyTheFile(bool fileChanged);
     void favoritesTouched();
     void fileTouched();
     void watch();
@@ -65,11 +84,12 @@ private:
     QTimer m_soon;     // a round after the Favorites changed
     QTimer m_fileSoon; // a round after the file changed
     QTimer m_scan;
+    QFutureWatcher<Done> m_round;
     QString m_file;
     QString m_machine;
     bool m_on = false;
     bool m_loaded = false;
-    bool m_inRound = false;
+    bool m_again = false; // something changed while a round went on
     SyncState::State m_state;
     QString m_lastLogged;
 };

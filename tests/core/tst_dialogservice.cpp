@@ -110,8 +110,8 @@ private slots:
         QCOMPARE(DialogService::saveFile("Save it", "/", {})->path, QStringLiteral("/queued"));
         QVERIFY(!DialogService::openFile("Open it", "/", {}));
         QVERIFY(!DialogService::chooseItem("Pick", "Which:", {"p", "q"}));
-        QCOMPARE(backend.calls.size(), 3);
-        QCOMPARE(DialogService::fileCaptions(), (QStringList{"Open", "Import", "Export", "Save it", "Open it"}));
+        QCOMPARE(backend.calls.size(), 4);
+        QCOMPARE(DialogService::fileCaptions(), (QStringList{"Open", "Import", "Export", "Keep", "Save it", "Open it"}));
         QCOMPARE(DialogService::offeredItems(), (QStringList{"p", "q"}));
         DialogService::clearShown();
         QVERIFY(DialogService::fileCaptions().isEmpty());

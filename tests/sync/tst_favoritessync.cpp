@@ -155,6 +155,21 @@ private slots:
         QVERIFY(QFile::exists(favorites() + "/News/Paper.url"));
     }
 
+    void aRoundRunsAwayFromTheWindowsThread()
+    {
+        m_sync->setFile(shared(), true);
+        for (int i = 0; i < 4000; ++i)
+            QVERIFY(WriteShortcutFile(favorites() + QStringLiteral("/News/Page %1.url").arg(i),
+                                      QStringLiteral("https://page.example/%1").arg(i)));
+        m_model->rebuild(); // the Favorites changed: a round comes after the quiet
+        QSignalSpy done(m_sync.get(), &FavoritesSync::roundDone);
+        // The event loop goes on turning while the round works.
+        QVERIFY(QTest::qWaitFor([this] { return m_sync->busy(); }, FavoritesSync::kWriteDelayMs + 3000));
+        QVERIFY(done.isEmpty());
+        QVERIFY(QTest::qWaitFor([&] { return !done.isEmpty(); }, 20000));
+        QCOMPARE(titlesIn(shared()).size(), 4002);
+    }
+
     void aRoundStillDueIsDoneAtTheEnd()
     {
         m_sync->setFile(shared(), true);
