@@ -77,8 +77,6 @@ void FavoritesWatch::closed(QTreeWidgetItem* item)
 
 void FavoritesWatch::rebuildKeepingState()
 {
-    if (!m_enabled)
-        return;
     // A drag out of the tree holds on to its node: the tree waits for it to end.
     if (m_favorites->mouseDownFlag()) {
         m_settle.start();
@@ -108,6 +106,8 @@ void FavoritesWatch::rebuildKeepingState()
 
 void FavoritesWatch::rewatch()
 {
+    if (!m_watcher)
+        return; // nothing is watched with the setting off
     QStringList wanted;
     const QString root = globals().FavoritesPath;
     if (!root.isEmpty())

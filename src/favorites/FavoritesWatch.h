@@ -39,7 +39,8 @@ public:
     QStringList watchedFolders() const;
 
     // Builds the tree again from the folder, keeping the open folders, the selected node and how
-    // far the tree was scrolled.
+    // far the tree was scrolled; also with the setting off, for a change Vantrel made itself (the
+    // bookmarks file kept in step).
     void rebuildKeepingState();
 
 signals:

@@ -83,7 +83,7 @@ void MoreOptions::addSyncFileRow(QFormLayout* form, QCheckBox* on)
 {
     m_syncFile = new QLineEdit(this);
     m_syncFile->setObjectName(QStringLiteral("SyncFileEdit"));
-    m_syncFile->setPlaceholderText(tr("an .xbel file in a folder your machines share"));
+    m_syncFile->setPlaceholderText(tr("an .xbel file in a shared folder"));
     m_syncFile->setAccessibleName(tr("Bookmarks file"));
     m_syncFile->setMinimumWidth(fontMetrics().averageCharWidth() * 40);
     auto* choose = new QPushButton(tr("Choose..."), this);

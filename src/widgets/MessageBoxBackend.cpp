@@ -61,6 +61,8 @@ std::optional<DialogService::FileChoice> MessageBoxBackend::chooseFile(const QSt
     const bool saving = use != DialogService::FileUse::Open;
     QFileDialog dialog(ownerOfBoxes(), caption);
     dialog.setOption(QFileDialog::DontConfirmOverwrite, use == DialogService::FileUse::Share);
+    if (use == DialogService::FileUse::Share)
+        dialog.setLabelText(QFileDialog::Accept, QObject::tr("Choose")); // nothing is saved over it
     dialog.setNameFilters(filters);
     dialog.setAcceptMode(saving ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     dialog.setFileMode(saving ? QFileDialog::AnyFile : QFileDialog::ExistingFile);

@@ -8,6 +8,7 @@
 #include "core/DialogService.h"
 #include "favorites/FavoritesPanel.h"
 #include "favorites/FavoritesWatch.h"
+#include "sync/FavoritesSync.h"
 #include "widgets/KeyedTree.h"
 
 #include <QCheckBox>
@@ -65,6 +66,28 @@ private slots:
     {
         m_main.reset();
         m_app.reset();
+    }
+
+    void whatTheBookmarksFileBringsInShowsWithTheFolderWatchOff()
+    {
+        shortcut("News/Paper.url", "https://paper.example/");
+        start(false);
+        open("News");
+        QVERIFY(!watch()->isEnabled());
+        const QString shared = m_app->path() + "/bookmarks.xbel";
+        FavoritesSync* sync = m_main->favoritesSync();
+        sync->setFile(shared, true);
+        sync->syncNow();
+        // Another machine adds a page to News through the file.
+        QByteArray bytes = readAll(shared);
+        const QByteArray paper = "<title>Paper</title>\n    </bookmark>";
+        QVERIFY(bytes.contains(paper));
+        bytes.replace(paper, paper + "\n    <bookmark id=\"other-1\" href=\"https://radio.example/\"><title>Radio</title></bookmark>");
+        QVERIFY(writeAll(shared, bytes));
+        QVERIFY(sync->syncNow(true).problem.isEmpty());
+        QVERIFY(QFile::exists(fav("News/Radio.URL")));
+        QVERIFY(tree()->node("News/Radio"));
+        QVERIFY(tree()->node("News")->isExpanded()); // the open folder stays open
     }
 
     void theSettingIsOffAndTheTreeWaitsForRefresh()
