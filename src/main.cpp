@@ -9,6 +9,8 @@
 #include "mainwindow/EntryProcedure.h"
 #include "mainwindow/Vantrel1.h"
 #include "mainwindow/WindowDoorHost.h"
+#include "doors/MqttDoor.h"
+#include "options/OptionsPanel.h"
 #include "watch/EventLog.h"
 #include "widgets/MessageBoxBackend.h"
 
@@ -127,6 +129,10 @@ int main(int argc, char* argv[])
     QString noBus;
     if (!bus.publish(QDBusConnection::sessionBus(), &noBus))
         EventLog::write(QStringLiteral("not on the session bus: %1").arg(noBus));
+    // And on an MQTT broker, when a person switched it on; it connects behind the start.
+    MqttDoor mqtt(window->verbs(), &host);
+    mqtt.applySetting();
+    QObject::connect(window->optionsPanel(), &OptionsPanel::moreOptionsApplied, &mqtt, &MqttDoor::applySetting);
     // This start's own pages or run, as a second start's would be.
     if (request.action != CommandRequest::Action::Open || !request.pages.isEmpty()) {
         const DoorMessage::Reply reply =

@@ -135,14 +135,6 @@ const QStringList& verbs()
 Decoded decode(const QString& verb, const QByteArray& payload)
 {
     Decoded decoded;
-    const Verb* known = nullptr;
-    for (const Verb& each : table())
-        if (verb == QLatin1String(each.name))
-            known = &each;
-    if (!known) {
-        decoded.error = QStringLiteral("there is no verb \"%1\"").arg(verb.left(100));
-        return decoded;
-    }
     if (payload.size() > kMaxPayload) {
         decoded.error = QStringLiteral("the payload is longer than %1 bytes").arg(kMaxPayload);
         return decoded;
@@ -157,6 +149,7 @@ Decoded decode(const QString& verb, const QByteArray& payload)
         }
         object = document.object();
     }
+    // The id first, so that even a refusal names the request it refuses.
     if (object.contains(QStringLiteral("id"))) {
         const QJsonValue id = object.value(QStringLiteral("id"));
         const bool whole = id.isDouble() && id.toDouble() == double(qint64(id.toDouble()));
@@ -166,6 +159,14 @@ Decoded decode(const QString& verb, const QByteArray& payload)
         }
         decoded.id = id;
         object.remove(QStringLiteral("id"));
+    }
+    const Verb* known = nullptr;
+    for (const Verb& each : table())
+        if (verb == QLatin1String(each.name))
+            known = &each;
+    if (!known) {
+        decoded.error = QStringLiteral("there is no verb \"%1\"").arg(verb.left(100));
+        return decoded;
     }
     for (auto it = object.constBegin(); it != object.constEnd(); ++it)
         if (!known->keys.contains(it.key())) {
