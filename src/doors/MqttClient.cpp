@@ -1,5 +1,6 @@
 #include "MqttClient.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSocketNotifier>
 #include <QtConcurrent/QtConcurrentRun>
@@ -55,6 +56,7 @@ bool MqttClient::start(const Settings& settings, QString* error)
     mosquitto_int_option(m_mosq, MOSQ_OPT_PROTOCOL_VERSION, MQTT_PROTOCOL_V311);
     mosquitto_connect_callback_set(m_mosq, &MqttClient::onConnect);
     mosquitto_message_callback_set(m_mosq, &MqttClient::onMessage);
+    mosquitto_publish_callback_set(m_mosq, &MqttClient::onPublish);
     if (!settings.willTopic.isEmpty()) {
         const int rc = mosquitto_will_set(m_mosq, settings.willTopic.toUtf8().constData(), int(settings.willPayload.size()),
                                           settings.willPayload.constData(), 1, true);
@@ -94,10 +96,16 @@ void MqttClient::stop()
     if (!m_mosq)
         return;
     if (m_connected) {
+        // What was published last (a goodbye, entities taken away) reaches the broker first: the
+        // connection is run here until the broker has acknowledged it, for a second at most.
+        QElapsedTimer waited;
+        waited.start();
+        while (m_unacknowledged > 0 && waited.elapsed() < 1000
+               && mosquitto_loop(m_mosq, 50, 1) == MOSQ_ERR_SUCCESS) {
+        }
         // A clean goodbye: the broker keeps the session and does not send the last will.
         mosquitto_disconnect(m_mosq);
-        for (int i = 0; i < 10 && mosquitto_want_write(m_mosq); ++i)
-            mosquitto_loop_write(m_mosq, 1);
+        mosquitto_loop(m_mosq, 50, 1);
     }
     detach();
     m_connected = false;
@@ -208,8 +216,10 @@ bool MqttClient::publish(const QString& topic, const QByteArray& payload, int qo
 {
     if (!m_connected)
         return false;
-    const int rc = mosquitto_publish(m_mosq, nullptr, topic.toUtf8().constData(), int(payload.size()), payload.constData(),
-                                     qos, retain);
+    const int rc = mosquitto_publish(m_mosq, nullptr, topic.toUtf8().constData(), int(payload.size()),
+                                     payload.isEmpty() ? nullptr : payload.constData(), qos, retain);
+    if (rc == MOSQ_ERR_SUCCESS && qos > 0)
+        ++m_unacknowledged;
     updateWrite();
     return rc == MOSQ_ERR_SUCCESS;
 }
@@ -234,7 +244,14 @@ void MqttClient::onConnect(mosquitto*, void* self, int rc)
     }
     client->m_connected = true;
     client->m_delay = kFirstRetrySeconds;
+    client->m_unacknowledged = 0; // what was not acknowledged before is sent again by the library
     QMetaObject::invokeMethod(client, &MqttClient::connected, Qt::QueuedConnection);
+}
+
+void MqttClient::onPublish(mosquitto*, void* self, int)
+{
+    auto* client = static_cast<MqttClient*>(self);
+    client->m_unacknowledged = std::max(0, client->m_unacknowledged - 1);
 }
 
 void MqttClient::onMessage(mosquitto*, void* self, const mosquitto_message* message)

@@ -68,6 +68,7 @@ signals:
 private:
     static void onConnect(mosquitto* mosq, void* self, int rc);
     static void onMessage(mosquitto* mosq, void* self, const mosquitto_message* message);
+    static void onPublish(mosquitto* mosq, void* self, int mid);
 
     void beginConnect(bool again);
     void connectFinished();
@@ -87,6 +88,7 @@ private:
     QTimer m_retry;
     QFutureWatcher<int> m_connecting;
     int m_delay = kFirstRetrySeconds;
+    int m_unacknowledged = 0; // QoS 1 messages the broker has not acknowledged yet
     bool m_connected = false;
     bool m_running = false;
 };

@@ -32,7 +32,7 @@ const QList<Verb>& table()
         {"stop", Action::Stop, {}},
         {"next", Action::Next, {}},
         {"previous", Action::Previous, {}},
-        {"pause", Action::Pause, {}},
+        {"pause", Action::Pause, {"paused"}},
         {"resume", Action::Resume, {}},
         {"reload", Action::Reload, {"slot"}},
         {"raise", Action::Raise, {}},
@@ -181,7 +181,11 @@ Decoded decode(const QString& verb, const QByteArray& payload)
         read = readOpen(object, &request, &error);
     else if (known->action == Action::Run)
         read = readRun(object, &request, &error);
-    else if (known->action == Action::Reload && object.contains(QStringLiteral("slot")))
+    else if (known->action == Action::Pause && object.contains(QStringLiteral("paused"))) {
+        bool paused = true;
+        read = flag(object, QStringLiteral("paused"), &paused, &error);
+        request.action = paused ? Action::Pause : Action::Resume; // a switch's on and off
+    } else if (known->action == Action::Reload && object.contains(QStringLiteral("slot")))
         read = wholeNumber(object, QStringLiteral("slot"), 1, kSlots, &request.slot, &error);
     if (!read) {
         decoded.error = error;

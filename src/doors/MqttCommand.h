@@ -17,6 +17,7 @@
 //   run       {"list": "Lobby", "interval": 1..86400, "loop": true, "severalWindows": false,
 //              "keepLoaded": false}
 //   reload    {"slot": 1..8}                (the current window without it)
+//   pause     {"paused": true | false}     (false resumes; without it, pauses)
 //   stop, next, previous, pause, resume, raise: {} (or nothing)
 // Every payload may carry "id" (a string or a whole number), given back with the result.
 namespace MqttCommand {

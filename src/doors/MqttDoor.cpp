@@ -1,5 +1,6 @@
 #include "MqttDoor.h"
 
+#include "HomeAssistant.h"
 #include "MqttCommand.h"
 #include "verbs/Verbs.h"
 #include "watch/EventLog.h"
@@ -21,15 +22,32 @@ MqttDoor::MqttDoor(Verbs* verbs, DoorHost* host, QObject* parent)
 
 MqttDoor::~MqttDoor()
 {
-    leave();
+    leave(false); // Home Assistant keeps knowing it, as offline
 }
 
-void MqttDoor::leave()
+void MqttDoor::leave(bool forget)
 {
-    if (m_client.isConnected())
+    if (m_client.isConnected()) {
+        if (forget)
+            publishDiscovery(HomeAssistant::removal(m_settings.nodeName()));
         m_client.publish(topic("availability"), "offline", 1, true); // a clean goodbye sends no will
+    }
     m_client.stop();
     m_started = false;
+}
+
+void MqttDoor::publishDiscovery(const QList<HomeAssistant::Message>& messages)
+{
+    for (const HomeAssistant::Message& message : messages)
+        m_client.publish(message.topic, message.payload, 1, true);
+}
+
+void MqttDoor::announce()
+{
+    m_lists = m_verbs->listNames();
+    if (m_settings.homeAssistant)
+        publishDiscovery(HomeAssistant::discovery(m_settings.nodeName(), base(), m_lists,
+                                                  QCoreApplication::applicationVersion()));
 }
 
 void MqttDoor::applySetting()
@@ -41,7 +59,9 @@ void MqttDoor::setSettings(const MqttSettings& settings, const QString& password
 {
     if (settings == m_settings && password == m_password && m_started == settings.enabled)
         return;
-    leave();
+    // Switched off, or Home Assistant's discovery no longer wanted: its entities go too.
+    leave(!settings.enabled || !settings.homeAssistant || settings.nodeName() != m_settings.nodeName()
+          || settings.base() != m_settings.base());
     m_settings = settings;
     m_password = password;
     m_lastProblem.clear();
@@ -76,6 +96,7 @@ void MqttDoor::connected()
     m_lastProblem.clear();
     m_client.subscribe(topic("cmd") + QStringLiteral("/+"), 1);
     m_client.publish(topic("availability"), "online", 1, true);
+    announce();
     publishState(); // after every reconnect: what changed meanwhile is told
 }
 
@@ -111,7 +132,11 @@ void MqttDoor::message(const QString& topicName, const QByteArray& payload)
 
 void MqttDoor::stateChanged()
 {
-    if (!m_client.isConnected() || m_stateSoon.isActive())
+    if (!m_client.isConnected())
+        return;
+    if (m_settings.homeAssistant && m_verbs->listNames() != m_lists)
+        announce(); // the select offers the lists there are now
+    if (m_stateSoon.isActive())
         return;
     const qint64 since = m_sinceState.isValid() ? m_sinceState.elapsed() : kStateEveryMs;
     if (since >= kStateEveryMs)

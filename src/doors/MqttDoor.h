@@ -1,6 +1,7 @@
 #pragma once
 
 #include "DoorCommands.h"
+#include "HomeAssistant.h"
 #include "MqttClient.h"
 #include "settings/MqttSettings.h"
 
@@ -14,7 +15,8 @@ class Verbs;
 // "<base>/cmd/<verb>" (MqttCommand reads them, QoS 1), each answered on "<base>/result" with the
 // request's id; the state published retained on "<base>/state" at every change, at most four
 // times a second and always the latest; "<base>/availability" "online", and "offline" as the last
-// will. A caller on the broker is not at the screen: nothing it sends opens a box, and only http
+// will; Home Assistant's discovery messages (HomeAssistant), taken away when MQTT or the discovery
+// is switched off. A caller on the broker is not at the screen: nothing it sends opens a box, and only http
 // and https addresses are opened. A command refused is written in the log and answered, never done
 // in part.
 class MqttDoor : public QObject
@@ -42,7 +44,11 @@ signals:
     void commandAnswered(const QString& verb, bool ok);
 
 private:
-    void leave();
+    // Says "offline" and leaves; with `forget`, Home Assistant's entities are taken away first.
+    void leave(bool forget);
+    void publishDiscovery(const QList<HomeAssistant::Message>& messages);
+    // Home Assistant's entities, with the lists there are now.
+    void announce();
     void connected();
     void disconnected(const QString& why);
     void message(const QString& topic, const QByteArray& payload);
@@ -59,4 +65,5 @@ private:
     QElapsedTimer m_sinceState;
     QString m_lastProblem;
     bool m_started = false;
+    QStringList m_lists; // the lists the select offers
 };

@@ -51,6 +51,7 @@ MqttSettings MqttSettings::read()
     s.user = file.value(QStringLiteral("User")).toString();
     s.node = file.value(QStringLiteral("Node")).toString();
     s.baseTopic = file.value(QStringLiteral("BaseTopic")).toString();
+    s.homeAssistant = file.value(QStringLiteral("HomeAssistantDiscovery"), true).toBool();
     return s;
 }
 
@@ -68,6 +69,7 @@ bool MqttSettings::write() const
     file.setValue(QStringLiteral("User"), user);
     file.setValue(QStringLiteral("Node"), node);
     file.setValue(QStringLiteral("BaseTopic"), baseTopic);
+    file.setValue(QStringLiteral("HomeAssistantDiscovery"), homeAssistant);
     file.endGroup();
     file.sync();
     return file.status() == QSettings::NoError;

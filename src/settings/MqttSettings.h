@@ -16,6 +16,7 @@ struct MqttSettings
     QString user;
     QString node;      // this Vantrel's name on the broker; the host name when empty
     QString baseTopic; // "vantrel/<node>" when empty
+    bool homeAssistant = true; // Home Assistant's discovery messages published
 
     bool operator==(const MqttSettings&) const = default;
 

@@ -117,6 +117,42 @@ private slots:
         QVERIFY(QTest::qWaitFor([&] { return sub.payloads(topic("availability")).contains("offline"); }, 5000));
     }
 
+    void homeAssistantFindsItAndForgetsItWhenSwitchedOff()
+    {
+        MosquittoSub discovery(m_broker->port(), "homeassistant/#");
+        MosquittoSub sub(m_broker->port(), "vantrel/wall/#");
+        QVERIFY(connectHeard(sub));
+        const QString select = QStringLiteral("homeassistant/select/wall/run/config");
+        QVERIFY(QTest::qWaitFor([&] { return discovery.lines().size() >= 9; }, 5000));
+        QCOMPARE(json(discovery.payloads(select).last()).value("options").toArray(), QJsonArray{"Walls"});
+        QCOMPARE(json(discovery.payloads("homeassistant/button/wall/next/config").last()).value("command_topic").toString(),
+                 QStringLiteral("vantrel/wall/cmd/next"));
+        // The select offers the lists there are.
+        h->setLists({{QStringLiteral("Walls"), {{"W1", "https://w1.example/"}}}, {QStringLiteral("Lobby"), {{"L1", "https://l1.example/"}}}});
+        QVERIFY(QTest::qWaitFor([&] {
+            return json(discovery.payloads(select).last()).value("options").toArray() == QJsonArray{"Walls", "Lobby"};
+        }, 5000));
+        // A press of the switch in Home Assistant pauses and resumes.
+        QVERIFY(send("run", j("{'id': 'r', 'list': 'Lobby'}")));
+        QVERIFY(QTest::qWaitFor([&] { return h->verbs->state().run.running; }, 5000));
+        QVERIFY(send("pause", j("{'paused': true}")));
+        QVERIFY(QTest::qWaitFor([&] { return h->verbs->state().run.paused; }, 5000));
+        QVERIFY(send("pause", j("{'paused': false}")));
+        QVERIFY(QTest::qWaitFor([&] { return !h->verbs->state().run.paused; }, 5000));
+        // Switched off: every entity's topic is emptied, so Home Assistant forgets them.
+        discovery.clear();
+        MqttSettings off = settings();
+        off.enabled = false;
+        m_door->setSettings(off);
+        QVERIFY2(QTest::qWaitFor([&] { return discovery.lines().size() >= 9; }, 5000), qPrintable(discovery.lines().join(u'\n')));
+        for (const QString& line : discovery.lines())
+            QVERIFY2(line.endsWith("/config (null)"), qPrintable(line)); // how mosquitto_sub shows an empty message
+        // A retained message no longer there: a new subscriber hears nothing.
+        MosquittoSub late(m_broker->port(), "homeassistant/#");
+        QTest::qWait(500);
+        QVERIFY(late.lines().isEmpty());
+    }
+
     void eachCommandDoesWhatItsVerbDoes()
     {
         MosquittoSub sub(m_broker->port(), "vantrel/wall/#");
