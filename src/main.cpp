@@ -10,7 +10,6 @@
 #include "mainwindow/Vantrel1.h"
 #include "mainwindow/WindowDoorHost.h"
 #include "doors/MqttDoor.h"
-#include "options/OptionsPanel.h"
 #include "watch/EventLog.h"
 #include "widgets/MessageBoxBackend.h"
 
@@ -132,7 +131,7 @@ int main(int argc, char* argv[])
     // And on an MQTT broker, when a person switched it on; it connects behind the start.
     MqttDoor mqtt(window->verbs(), &host);
     mqtt.applySetting();
-    QObject::connect(window->optionsPanel(), &OptionsPanel::moreOptionsApplied, &mqtt, &MqttDoor::applySetting);
+    window->setMqttDoor(&mqtt);
     // This start's own pages or run, as a second start's would be.
     if (request.action != CommandRequest::Action::Open || !request.pages.isEmpty()) {
         const DoorMessage::Reply reply =

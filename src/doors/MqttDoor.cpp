@@ -2,6 +2,7 @@
 
 #include "HomeAssistant.h"
 #include "MqttCommand.h"
+#include "Secrets.h"
 #include "verbs/Verbs.h"
 #include "watch/EventLog.h"
 
@@ -52,7 +53,9 @@ void MqttDoor::announce()
 
 void MqttDoor::applySetting()
 {
-    setSettings(MqttSettings::read(), m_password);
+    const MqttSettings settings = MqttSettings::read();
+    setSettings(settings, settings.enabled && !settings.user.isEmpty() ? Secrets::read(QString::fromLatin1(kPasswordKey))
+                                                                       : QString());
 }
 
 void MqttDoor::setSettings(const MqttSettings& settings, const QString& password)

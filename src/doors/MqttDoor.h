@@ -25,6 +25,8 @@ class MqttDoor : public QObject
 
 public:
     static constexpr int kStateEveryMs = 250;
+    // The broker's password in the secret store (Secrets).
+    static constexpr char kPasswordKey[] = "mqtt-password";
 
     MqttDoor(Verbs* verbs, DoorHost* host, QObject* parent = nullptr);
     // Says "offline" and leaves the broker.
@@ -37,6 +39,8 @@ public:
 
     bool isConnected() const { return m_client.isConnected(); }
     QString base() const { return m_settings.base(); }
+    // Why it is not connected, while it is not; empty while it connects the first time.
+    QString problem() const { return m_lastProblem; }
     MqttClient* client() { return &m_client; }
 
 signals:

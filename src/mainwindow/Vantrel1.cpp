@@ -35,6 +35,7 @@
 #include "lists/ListsTree.h"
 #include "lists/RunList1.h"
 #include "sync/FavoritesSync.h"
+#include "options/MqttDialog.h"
 #include "widgets/AccessibleControls.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
@@ -114,6 +115,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     connect(m_options, &OptionsPanel::aboutRequested, this, &Vantrel1::AboutBtn_Click);
     connect(m_options, &OptionsPanel::schedulesRequested, this, &Vantrel1::showSchedules);
     connect(m_options, &OptionsPanel::screensRequested, this, &Vantrel1::showScreens);
+    connect(m_options, &OptionsPanel::mqttRequested, this, &Vantrel1::showMqtt);
     for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
                                 {2, m_listsPanel},
                                 {3, m_historyPanel},
@@ -263,6 +265,24 @@ void Vantrel1::showScreens()
     keepOnScreen(m_screens);
     m_screens->raise();
     m_screens->activateWindow();
+}
+
+MqttDialog* Vantrel1::mqttDialog() const
+{
+    return m_mqtt;
+}
+
+void Vantrel1::showMqtt()
+{
+    if (!m_mqtt)
+        m_mqtt = new MqttDialog(this, m_mqttDoor);
+    else if (!m_mqtt->isVisible())
+        m_mqtt->showSettings(); // what is stored now, not what was typed and cancelled
+    keepAboveOwner(m_mqtt, this);
+    m_mqtt->show();
+    keepOnScreen(m_mqtt);
+    m_mqtt->raise();
+    m_mqtt->activateWindow();
 }
 
 void Vantrel1::Form_GotFocus()

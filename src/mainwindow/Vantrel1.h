@@ -25,6 +25,8 @@ class Scheduler;
 class SchedulesDialog;
 class ScreensDialog;
 class FavoritesSync;
+class MqttDialog;
+class MqttDoor;
 class SearchKeeper;
 class SleepWatch;
 class TreeSearch;
@@ -104,6 +106,10 @@ public:
     void showSchedules();
     SchedulesDialog* schedulesDialog() const;
     void showScreens();
+    // The MQTT dialog, showing how `door` stands (the door is the program's, made beside the window).
+    void showMqtt();
+    MqttDialog* mqttDialog() const;
+    void setMqttDoor(MqttDoor* door) { m_mqttDoor = door; }
     ScreensDialog* screensDialog() const;
     QString helpFile() const { return m_helpFile; }
     // The one index of the three trees, and the search field above each tree.
@@ -159,6 +165,8 @@ private:
     std::unique_ptr<Scheduler> m_scheduler;
     QPointer<SchedulesDialog> m_schedules;
     QPointer<ScreensDialog> m_screens;
+    QPointer<MqttDialog> m_mqtt;
+    MqttDoor* m_mqttDoor = nullptr;
     std::unique_ptr<SleepWatch> m_sleep;
     SearchKeeper* m_searchKeeper = nullptr;
     FavoritesSync* m_favoritesSync = nullptr;

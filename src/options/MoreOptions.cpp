@@ -73,6 +73,10 @@ MoreOptions::MoreOptions(QWidget* owner) : QWidget(owner, Qt::Dialog)
     screens->setObjectName(QStringLiteral("ScreensBtn"));
     screens->setToolTip(tr("Each browser window on a monitor of its own, full screen or at a rectangle"));
     connect(screens, &QPushButton::clicked, this, &MoreOptions::screensRequested);
+    QPushButton* mqtt = buttons->addButton(tr("MQTT..."), QDialogButtonBox::ActionRole);
+    mqtt->setObjectName(QStringLiteral("MqttBtn"));
+    mqtt->setToolTip(tr("Run Vantrel from an MQTT broker and Home Assistant"));
+    connect(mqtt, &QPushButton::clicked, this, &MoreOptions::mqttRequested);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);

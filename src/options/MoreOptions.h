@@ -37,6 +37,8 @@ signals:
     void schedulesRequested();
     // "Screens..." was pressed: the window that knows the monitors' placer opens them.
     void screensRequested();
+    // "MQTT..." was pressed: the window that knows the broker's door opens its dialog.
+    void mqttRequested();
 
 protected:
     void changeEvent(QEvent* event) override;

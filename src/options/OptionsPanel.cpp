@@ -264,6 +264,7 @@ void OptionsPanel::MoreOptionsBtn_Click()
         connect(m_moreOptions, &MoreOptions::applied, this, &OptionsPanel::moreOptionsApplied);
         connect(m_moreOptions, &MoreOptions::schedulesRequested, this, &OptionsPanel::schedulesRequested);
         connect(m_moreOptions, &MoreOptions::screensRequested, this, &OptionsPanel::screensRequested);
+        connect(m_moreOptions, &MoreOptions::mqttRequested, this, &OptionsPanel::mqttRequested);
     }
     m_moreOptions->showSettings();
     keepAboveOwner(m_moreOptions, window());

@@ -57,6 +57,7 @@ signals:
     // More Options asked for the Schedules dialog.
     void schedulesRequested();
     void screensRequested();
+    void mqttRequested();
     // The Help and About buttons.
     void helpRequested();
     void aboutRequested();
