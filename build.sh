@@ -9,7 +9,7 @@ RUN_PACKAGES=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-webengine-dev qt6-w
     libxcb1-dev libmosquitto-dev qtkeychain-qt6-dev)
 TEST_PACKAGES=(clang libclang-rt-14-dev desktop-file-utils appstream dpkg-dev weston xwayland dbus-daemon libglib2.0-bin xdg-utils xvfb xdotool
     at-spi2-core python3-pyatspi openbox x11-utils python3-dbusmock xserver-xorg-core xserver-xorg-video-dummy
-    x11-xserver-utils mosquitto mosquitto-clients)
+    x11-xserver-utils mosquitto mosquitto-clients openssl)
 
 BUILD_DIR=${BUILD_DIR:-build}
 FUZZ_DIR=${FUZZ_DIR:-build-fuzz}

@@ -57,6 +57,7 @@ bool MqttClient::start(const Settings& settings, QString* error)
     mosquitto_connect_callback_set(m_mosq, &MqttClient::onConnect);
     mosquitto_message_callback_set(m_mosq, &MqttClient::onMessage);
     mosquitto_publish_callback_set(m_mosq, &MqttClient::onPublish);
+    mosquitto_subscribe_callback_set(m_mosq, &MqttClient::onSubscribe);
     if (!settings.willTopic.isEmpty()) {
         const int rc = mosquitto_will_set(m_mosq, settings.willTopic.toUtf8().constData(), int(settings.willPayload.size()),
                                           settings.willPayload.constData(), 1, true);
@@ -252,6 +253,12 @@ void MqttClient::onPublish(mosquitto*, void* self, int)
 {
     auto* client = static_cast<MqttClient*>(self);
     client->m_unacknowledged = std::max(0, client->m_unacknowledged - 1);
+}
+
+void MqttClient::onSubscribe(mosquitto*, void* self, int, int, const int*)
+{
+    auto* client = static_cast<MqttClient*>(self);
+    QMetaObject::invokeMethod(client, &MqttClient::subscribed, Qt::QueuedConnection);
 }
 
 void MqttClient::onMessage(mosquitto*, void* self, const mosquitto_message* message)

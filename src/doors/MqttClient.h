@@ -61,6 +61,8 @@ public:
 
 signals:
     void connected();
+    // The broker took a subscription (its SUBACK came).
+    void subscribed();
     void disconnected(const QString& why);
     // A message on a topic subscribed to; handled after libmosquitto is done with it.
     void message(const QString& topic, const QByteArray& payload);
@@ -69,6 +71,7 @@ private:
     static void onConnect(mosquitto* mosq, void* self, int rc);
     static void onMessage(mosquitto* mosq, void* self, const mosquitto_message* message);
     static void onPublish(mosquitto* mosq, void* self, int mid);
+    static void onSubscribe(mosquitto* mosq, void* self, int mid, int count, const int* grantedQos);
 
     void beginConnect(bool again);
     void connectFinished();

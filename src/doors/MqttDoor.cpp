@@ -16,6 +16,7 @@ MqttDoor::MqttDoor(Verbs* verbs, DoorHost* host, QObject* parent)
     m_stateSoon.setSingleShot(true);
     connect(&m_stateSoon, &QTimer::timeout, this, &MqttDoor::publishState);
     connect(&m_client, &MqttClient::connected, this, &MqttDoor::connected);
+    connect(&m_client, &MqttClient::subscribed, this, [this] { m_listening = true; });
     connect(&m_client, &MqttClient::disconnected, this, &MqttDoor::disconnected);
     connect(&m_client, &MqttClient::message, this, &MqttDoor::message);
     connect(m_verbs, &Verbs::stateChanged, this, &MqttDoor::stateChanged);
@@ -97,6 +98,7 @@ void MqttDoor::connected()
 {
     EventLog::write(QStringLiteral("MQTT connected to %1:%2 as %3").arg(m_settings.host).arg(m_settings.port).arg(base()));
     m_lastProblem.clear();
+    m_listening = false;
     m_client.subscribe(topic("cmd") + QStringLiteral("/+"), 1);
     m_client.publish(topic("availability"), "online", 1, true);
     announce();

@@ -38,6 +38,8 @@ public:
     void setSettings(const MqttSettings& settings, const QString& password = QString());
 
     bool isConnected() const { return m_client.isConnected(); }
+    // Connected, and the broker took the subscription to the commands.
+    bool isListening() const { return m_client.isConnected() && m_listening; }
     QString base() const { return m_settings.base(); }
     // Why it is not connected, while it is not; empty while it connects the first time.
     QString problem() const { return m_lastProblem; }
@@ -69,5 +71,6 @@ private:
     QElapsedTimer m_sinceState;
     QString m_lastProblem;
     bool m_started = false;
+    bool m_listening = false;
     QStringList m_lists; // the lists the select offers
 };

@@ -13,7 +13,9 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QDir>
 #include <QElapsedTimer>
+#include <QProcess>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -65,7 +67,7 @@ class TestMqttDoor : public QObject
     bool connectHeard(MosquittoSub& sub)
     {
         m_door->setSettings(settings());
-        return QTest::qWaitFor([&] { return m_door->isConnected() && !sub.payloads(topic("state")).isEmpty(); }, 10000);
+        return QTest::qWaitFor([&] { return m_door->isListening() && !sub.payloads(topic("state")).isEmpty(); }, 10000);
     }
     QStringList addresses() const
     {
@@ -250,6 +252,59 @@ private slots:
         QVERIFY2(states.size() >= 2 && states.size() <= most,
                  qPrintable(QStringLiteral("%1 states in %2 ms").arg(states.size()).arg(lasted)));
         QVERIFY(states.last().contains("https://burst.example/20"));
+    }
+
+    void tlsFromTheTestsOwnAuthorityAndAPassword()
+    {
+        // An authority, and the broker's certificate from it for 127.0.0.1, made with openssl.
+        const QString folder = m_dir.filePath("tls");
+        QDir().mkpath(folder);
+        const auto run = [&](const QStringList& arguments) {
+            QProcess process;
+            process.setWorkingDirectory(folder);
+            process.start("openssl", arguments);
+            return process.waitForFinished(30000) && process.exitCode() == 0;
+        };
+        QVERIFY(run({"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-keyout", "ca.key", "-out", "ca.pem", "-days", "2",
+                     "-subj", "/CN=Vantrel test authority"}));
+        QVERIFY(run({"req", "-newkey", "rsa:2048", "-nodes", "-keyout", "server.key", "-out", "server.csr", "-subj", "/CN=127.0.0.1"}));
+        QFile names(folder + "/names.ext");
+        QVERIFY(names.open(QIODevice::WriteOnly));
+        names.write("subjectAltName=IP:127.0.0.1\n");
+        names.close();
+        QVERIFY(run({"x509", "-req", "-in", "server.csr", "-CA", "ca.pem", "-CAkey", "ca.key", "-CAcreateserial", "-out",
+                     "server.pem", "-days", "2", "-extfile", "names.ext"}));
+        QCOMPARE(QProcess::execute("mosquitto_passwd", {"-b", "-c", folder + "/passwd", "wall", "s3cret"}), 0);
+        MosquittoBroker secure(m_dir.filePath("secure"), {"cafile " + folder + "/ca.pem", "certfile " + folder + "/server.pem",
+                                                         "keyfile " + folder + "/server.key", "allow_anonymous false",
+                                                         "password_file " + folder + "/passwd"});
+        QVERIFY(secure.start());
+        MqttSettings s = settings();
+        s.port = secure.port();
+        s.tls = true;
+        s.caFile = folder + "/ca.pem";
+        s.user = "wall";
+        // A wrong password: refused, said, and tried again later.
+        m_door->setSettings(s, "wrong");
+        QVERIFY(QTest::qWaitFor([&] { return m_door->problem().contains("refused"); }, 5000));
+        QVERIFY(!m_door->isConnected());
+        // Without TLS the broker does not answer as MQTT at all.
+        MqttSettings plain = s;
+        plain.tls = false;
+        m_door->setSettings(plain, "s3cret");
+        QTest::qWait(1500);
+        QVERIFY(!m_door->isConnected());
+        // TLS from the authority, and the password: connected, and the commands work.
+        m_door->setSettings(s, "s3cret");
+        QVERIFY(QTest::qWaitFor([&] { return m_door->isListening(); }, 10000));
+        QProcess pub;
+        pub.start("mosquitto_pub", {"-h", "127.0.0.1", "-p", QString::number(secure.port()), "--cafile", folder + "/ca.pem",
+                                    "-u", "wall", "-P", "s3cret", "-q", "1", "-t", "vantrel/wall/cmd/open", "-m",
+                                    "{\"address\": \"https://secure.example/\"}"});
+        QVERIFY(pub.waitForFinished(10000) && pub.exitCode() == 0);
+        QVERIFY(QTest::qWaitFor([&] { return addresses().contains("https://secure.example/"); }, 5000));
+        // The password is nowhere in the log.
+        QVERIFY(!logText().contains("s3cret"));
     }
 
     void theBrokerGoneAndBackLosesNoCommand()

@@ -11,8 +11,8 @@
 #include <signal.h>
 
 // Debian's real Mosquitto broker, started by a test on a free port of 127.0.0.1 with a
-// configuration of the test's own in a scratch folder (anonymous access, sessions kept on disk
-// so that a restart keeps what was queued), and ended by it.
+// configuration of the test's own in a scratch folder (anonymous access unless the extra lines say
+// otherwise, sessions kept on disk so that a restart keeps what was queued), and ended by it.
 class MosquittoBroker
 {
 public:
@@ -25,15 +25,18 @@ public:
         probe.close();
         QFile config(folder + QStringLiteral("/mosquitto.conf"));
         config.open(QIODevice::WriteOnly);
+        const bool anonymous = !extraConfig.join(u'\n').contains(QStringLiteral("allow_anonymous"));
         QStringList lines = {QStringLiteral("listener %1 127.0.0.1").arg(m_port),
-                             QStringLiteral("allow_anonymous true"),
+                             QStringLiteral("allow_anonymous %1").arg(anonymous ? "true" : "false"),
                              QStringLiteral("persistence true"),
                              QStringLiteral("persistence_location %1/").arg(folder),
                              QStringLiteral("log_dest file %1/mosquitto.log").arg(folder),
                              QStringLiteral("user root")};
         if (::geteuid() != 0)
             lines.removeLast(); // an ordinary user is what the broker runs as anyway
-        lines << extraConfig;
+        for (const QString& line : extraConfig)
+            if (!line.startsWith(QStringLiteral("allow_anonymous")))
+                lines << line;
         config.write(lines.join(u'\n').toUtf8() + '\n');
     }
     ~MosquittoBroker() { stop(); }
