@@ -123,6 +123,7 @@ void MqttDialog::showSettings()
     m_node->setText(s.node);
     m_node->setPlaceholderText(MqttSettings().nodeName());
     m_base->setText(s.baseTopic);
+    m_base->setPlaceholderText(s.base()); // what an empty base topic stands for
     m_homeAssistant->setChecked(s.homeAssistant);
     for (QLineEdit* file : {m_caFile, m_certFile, m_keyFile})
         file->parentWidget()->setEnabled(s.tls);

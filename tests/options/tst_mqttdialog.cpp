@@ -87,6 +87,7 @@ private slots:
         QVERIFY(control<QCheckBox>(dialog, "MqttHomeAssistantChk")->isChecked());
         QVERIFY(!control<QLineEdit>(dialog, "MqttCaFileEdit")->isEnabledTo(dialog)); // TLS is off
         QCOMPARE(control<QLabel>(dialog, "MqttStatus")->text(), QStringLiteral("Off"));
+        QCOMPARE(control<QLineEdit>(dialog, "MqttBaseTopicEdit")->placeholderText(), "vantrel/" + MqttSettings().nodeName());
         control<QLineEdit>(dialog, "MqttNodeEdit")->setText("lobby");
         QCOMPARE(control<QLineEdit>(dialog, "MqttBaseTopicEdit")->placeholderText(), QStringLiteral("vantrel/lobby"));
 
