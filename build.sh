@@ -6,10 +6,10 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 RUN_PACKAGES=(g++ cmake ninja-build pkgconf qt6-base-dev qt6-webengine-dev qt6-wayland libgl-dev libqt6sql6-sqlite
-    libxcb1-dev libmosquitto-dev qtkeychain-qt6-dev)
+    libxcb1-dev libmosquitto-dev qtkeychain-qt6-dev qt6-httpserver-dev qt6-websockets-dev libqrencode-dev)
 TEST_PACKAGES=(clang libclang-rt-14-dev desktop-file-utils appstream dpkg-dev weston xwayland dbus-daemon libglib2.0-bin xdg-utils xvfb xdotool
     at-spi2-core python3-pyatspi openbox x11-utils python3-dbusmock xserver-xorg-core xserver-xorg-video-dummy
-    x11-xserver-utils mosquitto mosquitto-clients openssl)
+    x11-xserver-utils mosquitto mosquitto-clients openssl chromium chromium-driver python3-selenium)
 
 BUILD_DIR=${BUILD_DIR:-build}
 FUZZ_DIR=${FUZZ_DIR:-build-fuzz}

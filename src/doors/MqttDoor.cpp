@@ -3,6 +3,7 @@
 #include "HomeAssistant.h"
 #include "MqttCommand.h"
 #include "Secrets.h"
+#include "StateMessage.h"
 #include "verbs/Verbs.h"
 #include "watch/EventLog.h"
 
@@ -154,8 +155,6 @@ void MqttDoor::publishState()
 {
     if (!m_client.isConnected())
         return;
-    QJsonObject state = QJsonDocument::fromJson(DoorCommands::stateJson(m_verbs->state())).object();
-    state.insert(QStringLiteral("version"), QCoreApplication::applicationVersion());
-    m_client.publish(topic("state"), QJsonDocument(state).toJson(QJsonDocument::Compact), 1, true);
+    m_client.publish(topic("state"), StateMessage::json(*m_verbs), 1, true);
     m_sinceState.start();
 }
