@@ -10,6 +10,7 @@
 #include "mainwindow/Vantrel1.h"
 #include "mainwindow/WindowDoorHost.h"
 #include "doors/MqttDoor.h"
+#include "doors/RemotePage.h"
 #include "watch/EventLog.h"
 #include "widgets/MessageBoxBackend.h"
 
@@ -132,6 +133,10 @@ int main(int argc, char* argv[])
     MqttDoor mqtt(window->verbs(), &host);
     mqtt.applySetting();
     window->setMqttDoor(&mqtt);
+    // And a page for a phone's browser, when a person switched it on.
+    RemotePage remote(window->verbs(), &host);
+    remote.applySetting();
+    window->setRemotePage(&remote);
     // This start's own pages or run, as a second start's would be.
     if (request.action != CommandRequest::Action::Open || !request.pages.isEmpty()) {
         const DoorMessage::Reply reply =

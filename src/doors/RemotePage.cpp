@@ -62,6 +62,16 @@ void RemotePage::applySetting()
         EventLog::write(QStringLiteral("The remote page is not served: %1").arg(why));
 }
 
+void RemotePage::renewToken()
+{
+    const QByteArray token = RemoteAccess::newToken();
+    Secrets::store(QString::fromLatin1(kTokenKey), QString::fromLatin1(token));
+    if (isServing()) {
+        m_token = token;
+        m_access.setToken(token);
+    }
+}
+
 bool RemotePage::start(int port, bool localNetwork, const QByteArray& token, QString* why)
 {
     stop();

@@ -46,6 +46,8 @@ public:
 
     // The settings of Vantrel.conf and the token from the secret store.
     void applySetting();
+    // A new token, kept and served at once: the old one opens nothing any more.
+    void renewToken();
 
     // The address a person opens, with the token in its fragment; on the local network, with the
     // machine's first address there.

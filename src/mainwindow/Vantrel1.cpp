@@ -36,6 +36,7 @@
 #include "lists/RunList1.h"
 #include "sync/FavoritesSync.h"
 #include "options/MqttDialog.h"
+#include "options/RemotePageDialog.h"
 #include "widgets/AccessibleControls.h"
 #include "widgets/GradientButton.h"
 #include "widgets/KeyedTree.h"
@@ -116,6 +117,7 @@ Vantrel1::Vantrel1() : QWidget(nullptr)
     connect(m_options, &OptionsPanel::schedulesRequested, this, &Vantrel1::showSchedules);
     connect(m_options, &OptionsPanel::screensRequested, this, &Vantrel1::showScreens);
     connect(m_options, &OptionsPanel::mqttRequested, this, &Vantrel1::showMqtt);
+    connect(m_options, &OptionsPanel::remotePageRequested, this, &Vantrel1::showRemotePage);
     for (auto [index, panel] : {std::pair<int, QWidget*>{1, m_favoritesPanel},
                                 {2, m_listsPanel},
                                 {3, m_historyPanel},
@@ -265,6 +267,24 @@ void Vantrel1::showScreens()
     keepOnScreen(m_screens);
     m_screens->raise();
     m_screens->activateWindow();
+}
+
+RemotePageDialog* Vantrel1::remotePageDialog() const
+{
+    return m_remoteDialog;
+}
+
+void Vantrel1::showRemotePage()
+{
+    if (!m_remoteDialog)
+        m_remoteDialog = new RemotePageDialog(this, m_remotePage);
+    else if (!m_remoteDialog->isVisible())
+        m_remoteDialog->showSettings();
+    keepAboveOwner(m_remoteDialog, this);
+    m_remoteDialog->show();
+    keepOnScreen(m_remoteDialog);
+    m_remoteDialog->raise();
+    m_remoteDialog->activateWindow();
 }
 
 MqttDialog* Vantrel1::mqttDialog() const

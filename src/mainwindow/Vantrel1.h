@@ -27,6 +27,8 @@ class ScreensDialog;
 class FavoritesSync;
 class MqttDialog;
 class MqttDoor;
+class RemotePage;
+class RemotePageDialog;
 class SearchKeeper;
 class SleepWatch;
 class TreeSearch;
@@ -110,6 +112,10 @@ public:
     void showMqtt();
     MqttDialog* mqttDialog() const;
     void setMqttDoor(MqttDoor* door) { m_mqttDoor = door; }
+    // The Remote Page dialog, showing the address of `page` (the program's, made beside the window).
+    void showRemotePage();
+    RemotePageDialog* remotePageDialog() const;
+    void setRemotePage(RemotePage* page) { m_remotePage = page; }
     ScreensDialog* screensDialog() const;
     QString helpFile() const { return m_helpFile; }
     // The one index of the three trees, and the search field above each tree.
@@ -167,6 +173,8 @@ private:
     QPointer<ScreensDialog> m_screens;
     QPointer<MqttDialog> m_mqtt;
     MqttDoor* m_mqttDoor = nullptr;
+    QPointer<RemotePageDialog> m_remoteDialog;
+    RemotePage* m_remotePage = nullptr;
     std::unique_ptr<SleepWatch> m_sleep;
     SearchKeeper* m_searchKeeper = nullptr;
     FavoritesSync* m_favoritesSync = nullptr;

@@ -77,6 +77,10 @@ MoreOptions::MoreOptions(QWidget* owner) : QWidget(owner, Qt::Dialog)
     mqtt->setObjectName(QStringLiteral("MqttBtn"));
     mqtt->setToolTip(tr("Run Vantrel from an MQTT broker and Home Assistant"));
     connect(mqtt, &QPushButton::clicked, this, &MoreOptions::mqttRequested);
+    QPushButton* remote = buttons->addButton(tr("Remote Page..."), QDialogButtonBox::ActionRole);
+    remote->setObjectName(QStringLiteral("RemotePageBtn"));
+    remote->setToolTip(tr("Control Vantrel from a phone's browser"));
+    connect(remote, &QPushButton::clicked, this, &MoreOptions::remotePageRequested);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(form);
     layout->addWidget(buttons);

@@ -39,6 +39,8 @@ signals:
     void screensRequested();
     // "MQTT..." was pressed: the window that knows the broker's door opens its dialog.
     void mqttRequested();
+    // "Remote Page..." was pressed.
+    void remotePageRequested();
 
 protected:
     void changeEvent(QEvent* event) override;

@@ -265,6 +265,7 @@ void OptionsPanel::MoreOptionsBtn_Click()
         connect(m_moreOptions, &MoreOptions::schedulesRequested, this, &OptionsPanel::schedulesRequested);
         connect(m_moreOptions, &MoreOptions::screensRequested, this, &OptionsPanel::screensRequested);
         connect(m_moreOptions, &MoreOptions::mqttRequested, this, &OptionsPanel::mqttRequested);
+        connect(m_moreOptions, &MoreOptions::remotePageRequested, this, &OptionsPanel::remotePageRequested);
     }
     m_moreOptions->showSettings();
     keepAboveOwner(m_moreOptions, window());

@@ -58,6 +58,7 @@ signals:
     void schedulesRequested();
     void screensRequested();
     void mqttRequested();
+    void remotePageRequested();
     // The Help and About buttons.
     void helpRequested();
     void aboutRequested();
