@@ -16,9 +16,9 @@ void initLibrary()
     Q_UNUSED(once);
 }
 
-QString errorText(int rc)
+QString errorText(int rc, int error = errno)
 {
-    return rc == MOSQ_ERR_ERRNO ? QString::fromLocal8Bit(strerror(errno)) : QString::fromUtf8(mosquitto_strerror(rc));
+    return rc == MOSQ_ERR_ERRNO ? QString::fromLocal8Bit(strerror(error)) : QString::fromUtf8(mosquitto_strerror(rc));
 }
 
 } // namespace
@@ -30,7 +30,7 @@ MqttClient::MqttClient(QObject* parent) : QObject(parent)
     m_retry.setSingleShot(true);
     connect(&m_misc, &QTimer::timeout, this, &MqttClient::housekeeping);
     connect(&m_retry, &QTimer::timeout, this, [this] { beginConnect(true); });
-    connect(&m_connecting, &QFutureWatcher<int>::finished, this, &MqttClient::connectFinished);
+    connect(&m_connecting, &QFutureWatcher<QPair<int, int>>::finished, this, &MqttClient::connectFinished);
 }
 
 MqttClient::~MqttClient()
@@ -125,7 +125,8 @@ void MqttClient::beginConnect(bool again)
     const int port = m_settings.port;
     const int keepAlive = m_settings.keepAliveSeconds;
     m_connecting.setFuture(QtConcurrent::run([mosq, host, port, keepAlive, again] {
-        return again ? mosquitto_reconnect_async(mosq) : mosquitto_connect_async(mosq, host.constData(), port, keepAlive);
+        const int rc = again ? mosquitto_reconnect_async(mosq) : mosquitto_connect_async(mosq, host.constData(), port, keepAlive);
+        return qMakePair(rc, errno);
     }));
 }
 
@@ -133,9 +134,9 @@ void MqttClient::connectFinished()
 {
     if (!m_running || !m_mosq || m_connecting.future().resultCount() == 0)
         return;
-    const int rc = m_connecting.result();
+    const auto [rc, error] = m_connecting.result();
     if (rc != MOSQ_ERR_SUCCESS) {
-        lost(QStringLiteral("cannot reach %1:%2 (%3)").arg(m_settings.host).arg(m_settings.port).arg(errorText(rc)));
+        lost(QStringLiteral("cannot reach %1:%2 (%3)").arg(m_settings.host).arg(m_settings.port).arg(errorText(rc, error)));
         return;
     }
     attach(); // the CONNECT goes out once the socket takes it; onConnect tells the answer

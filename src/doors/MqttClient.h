@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QFutureWatcher>
 #include <QObject>
+#include <QPair>
 #include <QString>
 #include <QTimer>
 
@@ -89,7 +90,9 @@ private:
     std::unique_ptr<QSocketNotifier> m_write;
     QTimer m_misc;  // keep-alive and time-outs
     QTimer m_retry;
-    QFutureWatcher<int> m_connecting;
+    // The connect's result code, and errno where it says "see errno" (errno belongs to the thread
+    // that ran it).
+    QFutureWatcher<QPair<int, int>> m_connecting;
     int m_delay = kFirstRetrySeconds;
     int m_unacknowledged = 0; // QoS 1 messages the broker has not acknowledged yet
     bool m_connected = false;

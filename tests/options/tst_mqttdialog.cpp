@@ -136,7 +136,7 @@ private slots:
         dialog = open();
         QVERIFY(control<QLineEdit>(dialog, "MqttPasswordEdit")->text().isEmpty());
         QCOMPARE(control<QLineEdit>(dialog, "MqttPasswordEdit")->placeholderText(), QStringLiteral("(kept; type to change)"));
-        QVERIFY(QTest::qWaitFor([&] { return control<QLabel>(dialog, "MqttStatus")->text().startsWith("Not connected: cannot reach 127.0.0.1:1"); }, 5000));
+        QVERIFY(QTest::qWaitFor([&] { return control<QLabel>(dialog, "MqttStatus")->text().startsWith("Not connected: cannot reach 127.0.0.1:1 (Connection refused)"); }, 5000));
         // OK without touching the password keeps it.
         QTest::mouseClick(control<QPushButton>(dialog, "OKBtn"), Qt::LeftButton);
         QCOMPARE(Secrets::read(MqttDoor::kPasswordKey), QStringLiteral("s3cret-Pa55"));
