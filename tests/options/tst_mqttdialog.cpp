@@ -3,6 +3,7 @@
 // secret store answers), how the connection stands, and the door following at once on a real
 // broker.
 #include "MosquittoBroker.h"
+#include "RecordingDoorHost.h"
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
 #include "core/DialogService.h"
@@ -29,18 +30,11 @@ class TestMqttDialog : public QObject
 {
     Q_OBJECT
 
-    struct WindowHost : DoorHost
-    {
-        void raise(const QString&) override {}
-        void quit(bool) override {}
-        bool runStartupList() override { return false; }
-    };
-
     std::unique_ptr<TempAppFolder> m_app;
     std::unique_ptr<Vantrel1> m_main;
     std::unique_ptr<MqttDoor> m_door;
     QList<ScriptedBrowserWindow*> m_created;
-    WindowHost m_host;
+    RecordingDoorHost m_host;
 
     MqttDialog* open()
     {

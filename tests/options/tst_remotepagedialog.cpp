@@ -1,5 +1,6 @@
 // The Remote Page dialog of More Options: off until ticked; switched on, the page is served and its
 // address with the token shows as text and as a QR code; a new token locks the old one out.
+#include "RecordingDoorHost.h"
 #include "ScriptedBrowserWindow.h"
 #include "TestSupport.h"
 #include "doors/RemotePage.h"
@@ -28,18 +29,11 @@ class TestRemotePageDialog : public QObject
 {
     Q_OBJECT
 
-    struct WindowHost : DoorHost
-    {
-        void raise(const QString&) override {}
-        void quit(bool) override {}
-        bool runStartupList() override { return false; }
-    };
-
     std::unique_ptr<TempAppFolder> m_app;
     std::unique_ptr<Vantrel1> m_main;
     std::unique_ptr<RemotePage> m_page;
     QList<ScriptedBrowserWindow*> m_created;
-    WindowHost m_host;
+    RecordingDoorHost m_host;
 
     RemotePageDialog* open()
     {
