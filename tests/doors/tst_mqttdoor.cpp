@@ -307,6 +307,23 @@ private slots:
         QVERIFY(!logText().contains("s3cret"));
     }
 
+    void aVantrelThatDiesLeavesItsLastWill()
+    {
+        MosquittoSub sub(m_broker->port(), "vantrel/dying/availability");
+        QProcess child;
+        child.start(QStringLiteral(MQTT_DOOR_CHILD), {QString::number(m_broker->port()), QStringLiteral("dying")});
+        QVERIFY(child.waitForStarted(5000));
+        QVERIFY(QTest::qWaitFor([&] { return child.readAllStandardOutput().contains("listening"); }, 10000));
+        QVERIFY(QTest::qWaitFor([&] { return sub.payloads("vantrel/dying/availability").contains("online"); }, 5000));
+        // Killed, with no goodbye: the broker tells the others in its place.
+        child.kill();
+        QVERIFY(child.waitForFinished(5000));
+        QVERIFY(QTest::qWaitFor([&] { return sub.payloads("vantrel/dying/availability").endsWith("offline"); }, 10000));
+        // And it stays said, for whoever asks later.
+        MosquittoSub later(m_broker->port(), "vantrel/dying/availability");
+        QVERIFY(QTest::qWaitFor([&] { return later.payloads("vantrel/dying/availability") == QStringList{"offline"}; }, 5000));
+    }
+
     void theBrokerGoneAndBackLosesNoCommand()
     {
         {
