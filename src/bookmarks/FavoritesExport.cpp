@@ -1,6 +1,5 @@
 #include "FavoritesExport.h"
 
-#include "core/ProfileString.h"
 #include "shortcuts/FavoritesWalk.h"
 #include "shortcuts/ShortcutFile.h"
 
@@ -23,8 +22,7 @@ void fill(BookmarkNode& node, const QString& folder, int depth)
         }
     for (const QString& name : shortcuts) {
         // The whole address goes out: a browser has no limit of its own to cut it to.
-        const QString url = GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(),
-                                         folder + u'/' + name, kWholeProfileValue);
+        const QString url = ShortcutAddress(folder + u'/' + name);
         node.children.append(BookmarkNode::link(FavoritesExport::titleOf(name), url));
     }
 }

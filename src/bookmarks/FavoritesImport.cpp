@@ -2,7 +2,6 @@
 
 #include "core/Counted.h"
 #include "core/FileName.h"
-#include "core/ProfileString.h"
 #include "core/WebAddress.h"
 #include "shortcuts/ShortcutFile.h"
 
@@ -15,14 +14,6 @@ namespace {
 
 constexpr qsizetype kMaxNameBytes = 255;
 constexpr int kProgressEvery = 50;
-
-// The whole address of the shortcut there, to tell whether a bookmark is already in it: the reader
-// that opens favourites stops at 2047 characters, and a longer address would never match.
-QString addressOf(const QString& shortcut)
-{
-    return GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), shortcut,
-                        kWholeProfileValue);
-}
 
 // Shortcuts come with their extension in any case: ".URL" as Vantrel writes them, ".url" as most
 // other programs do. A name stands for the same favourite whatever the case of its extension.
@@ -94,7 +85,7 @@ private:
             const QString candidate = number == 1 ? *name : FavoritesImport::numberedName(*name, number);
             const auto there = present.constFind(sameNameKey(candidate));
             if (there != present.cend()) {
-                if (addressOf(path + *there) == url) {
+                if (ShortcutAddress(path + *there) == url) {
                     ++summary.alreadyThere;
                     return;
                 }

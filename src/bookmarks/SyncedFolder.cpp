@@ -2,7 +2,6 @@
 
 #include "FavoritesImport.h"
 #include "core/FileName.h"
-#include "core/ProfileString.h"
 #include "shortcuts/FavoritesWalk.h"
 #include "shortcuts/FreedesktopTrash.h"
 #include "shortcuts/ShortcutFile.h"
@@ -91,12 +90,6 @@ void walk(const QString& root, const QString& below, int depth, QList<Found>* ou
         out->append(found);
         walk(root, found.path, depth + 1, out);
     }
-}
-
-QString addressIn(const QString& file)
-{
-    return GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), file,
-                        kWholeProfileValue);
 }
 
 // A title as a file name can hold it: no "/", no NUL, no line ends or other control characters.
@@ -438,7 +431,7 @@ Read read(const QString& root, const Places& known)
             const Place was = known.value(id);
             const bool unchanged = was.inode == entry.inode && was.modified == entry.modified
                                    && was.size == entry.size && was.path == entry.path && entry.inode;
-            place.url = unchanged ? was.url : addressIn(root + u'/' + entry.path);
+            place.url = unchanged ? was.url : ShortcutAddress(root + u'/' + entry.path);
         }
         TreeMerge::Item item;
         item.parent = entry.parentPath.isEmpty() ? TreeMerge::kRoot : folderIds.value(entry.parentPath);

@@ -1,6 +1,6 @@
 #include "SearchKeeper.h"
 
-#include "core/ProfileString.h"
+#include "shortcuts/ShortcutFile.h"
 #include "verbs/FavoritesModel.h"
 #include "verbs/HistoryModel.h"
 #include "verbs/ListsModel.h"
@@ -100,8 +100,7 @@ void SearchKeeper::build()
                 read = *before;
             } else {
                 read.modified = modified;
-                read.address = GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(),
-                                            path, kWholeProfileValue);
+                read.address = ShortcutAddress(path);
             }
             entries[i].address = read.address;
             made.addresses.insert(path, read);

@@ -59,6 +59,11 @@ std::optional<QString> ShortcutFileName(const QString& title)
     return FileName::cutToBytes(name, kMaxNameBytes);
 }
 
+QString ShortcutAddress(const QString& path)
+{
+    return GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), path, kWholeProfileValue);
+}
+
 bool CreateFavoriteFile(const QString& url, const QString& title, const QString& folder)
 {
     const std::optional<QString> name = ShortcutFileName(title);

@@ -22,6 +22,12 @@ QString FavoritesRelativeName(const QString& path);
 // first place.
 std::optional<QString> ShortcutFileName(const QString& title);
 
+// The whole address of the shortcut at `path` (the URL= line of [InternetShortcut]), however long;
+// empty when it has none. What is compared or carried elsewhere (an import, an export, the
+// duplicates, the search, the bookmarks file kept in step); a favourite is opened with the
+// first 2047 characters, as ReadFavoriteFile reads it.
+QString ShortcutAddress(const QString& path);
+
 // Writes a shortcut to `url` into `folder` (which ends with "/"), named from `title`, replacing a
 // file of the same name. False, silently, when nothing could be written.
 bool CreateFavoriteFile(const QString& url, const QString& title, const QString& folder);

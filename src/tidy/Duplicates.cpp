@@ -1,7 +1,7 @@
 #include "Duplicates.h"
 
-#include "core/ProfileString.h"
 #include "core/SameAddress.h"
+#include "shortcuts/ShortcutFile.h"
 #include "verbs/FavoritesModel.h"
 #include "verbs/ListsModel.h"
 
@@ -33,8 +33,7 @@ void readAddresses(QList<Page>& pages)
 {
     for (Page& page : pages)
         if (page.kind == Page::Kind::Favorite)
-            page.address = GetIniString(QStringLiteral("InternetShortcut"), QStringLiteral("URL"), QString(), page.path,
-                                        kWholeProfileValue);
+            page.address = ShortcutAddress(page.path);
 }
 
 QList<Group> find(const QList<Page>& pages, bool dropTracking)

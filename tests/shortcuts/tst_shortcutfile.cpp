@@ -188,6 +188,20 @@ private slots:
         QCOMPARE(g.CurrentTitle, QStringLiteral("Links/News.URL"));
         QCOMPARE(g.FavFolderSel, path);
     }
+    void theWholeAddressIsReadWhereItIsComparedOrCarried()
+    {
+        resetGlobals();
+        QTemporaryDir dir;
+        const QString path = dir.filePath("Long.url");
+        const QString url = "https://long.example/?q=" + QString(3000, u'a');
+        QVERIFY(WriteShortcutFile(path, url));
+        QCOMPARE(ShortcutAddress(path), url);
+        ReadFavoriteFile(path); // opened as a favourite: cut as it always was
+        QCOMPARE(g.CurrentUrl.size(), 2047);
+        QVERIFY(writeAll(dir.filePath("None.url"), "[Other]\r\nURL=https://not.here/\r\n"));
+        QCOMPARE(ShortcutAddress(dir.filePath("None.url")), QString());
+        QCOMPARE(ShortcutAddress(dir.filePath("missing.url")), QString());
+    }
     void readingAFileWithoutTheKeyGivesAnEmptyAddress()
     {
         resetGlobals();

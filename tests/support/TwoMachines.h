@@ -129,7 +129,7 @@ public:
         }
         case 5: { // a shortcut pointed elsewhere
             const QString url = newAddress();
-            const QString old = addressIn(full(root, QString(), someShortcut));
+            const QString old = ShortcutAddress(full(root, QString(), someShortcut));
             if (!WriteShortcutFile(full(root, QString(), someShortcut), url))
                 return QStringLiteral("nothing");
             m_made.insert(url);
@@ -137,7 +137,7 @@ public:
             return QStringLiteral("readdressed %1").arg(someShortcut);
         }
         case 6: { // a shortcut deleted
-            m_deleted.insert(addressIn(full(root, QString(), someShortcut)));
+            m_deleted.insert(ShortcutAddress(full(root, QString(), someShortcut)));
             QFile::remove(full(root, QString(), someShortcut));
             return QStringLiteral("deleted %1").arg(someShortcut);
         }
@@ -147,7 +147,7 @@ public:
             QDirIterator inside(full(root, QString(), someFolder), {QStringLiteral("*.url"), QStringLiteral("*.URL")},
                                 QDir::Files, QDirIterator::Subdirectories);
             while (inside.hasNext())
-                m_deleted.insert(addressIn(inside.next()));
+                m_deleted.insert(ShortcutAddress(inside.next()));
             QDir(full(root, QString(), someFolder)).removeRecursively();
             return QStringLiteral("deleted folder %1").arg(someFolder);
         }
@@ -161,17 +161,6 @@ public:
         }
     }
 
-    // The address a shortcut file holds.
-    static QString addressIn(const QString& file)
-    {
-        QFile in(file);
-        if (!in.open(QIODevice::ReadOnly))
-            return QString();
-        for (const QByteArray& line : in.readAll().split('\n'))
-            if (line.startsWith("URL="))
-                return QString::fromUtf8(line.mid(4).trimmed());
-        return QString();
-    }
 private:
     static QString full(const QString& root, const QString& folder, const QString& name)
     {
