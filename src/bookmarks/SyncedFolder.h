@@ -14,6 +14,11 @@
 // shortcut's is its file name without ".url", its address the whole URL= line.
 namespace SyncedFolder {
 
+// Folders deeper than this are not followed: a tree that deep is a loop a file system made.
+inline constexpr int kMaxDepth = 64;
+// Numbered names go up to "Name (1000)".
+inline constexpr int kMaxNumber = 1000;
+
 // Where an entry of the tree lies, and what was read of it then.
 struct Place
 {
@@ -59,6 +64,10 @@ Applied apply(const QString& root, const Read& now, const TreeMerge::Tree& targe
 // The same tree gives the same names on every machine, so that two machines never rename the
 // same pair back and forth.
 TreeMerge::Tree distinctNames(const TreeMerge::Tree& tree);
+
+// The name on disk an entry titled so gets: a folder's title as a file name can hold it, a
+// shortcut's with ".URL" after it.
+QString fileName(const TreeMerge::Item& item);
 
 // The file name of a shortcut titled `title`: its title as far as a file name can hold it, with
 // ".URL" after it. Unlike a favourite added from a page, a dot in the title is kept ("docs.rs"), so
