@@ -11,6 +11,8 @@
 #include <QSysInfo>
 #include <QtConcurrent/QtConcurrentRun>
 
+#include <sys/stat.h>
+
 FavoritesSync::FavoritesSync(FavoritesModel* favorites, QObject* parent)
     : QObject(parent), m_favorites(favorites), m_machine(QSysInfo::machineHostName())
 {
@@ -55,10 +57,6 @@ void FavoritesSync::setFile(const QString& file, bool on)
         m_scan.stop();
         return;
     }
-    if (!m_loaded) {
-        m_state = SyncState::load(SyncState::path());
-        m_loaded = true;
-    }
     m_watcher = new QFileSystemWatcher(this);
     connect(m_watcher, &QFileSystemWatcher::fileChanged, this, &FavoritesSync::fileTouched);
     connect(m_watcher, &QFileSystemWatcher::directoryChanged, this, &FavoritesSync::fileTouched);
@@ -82,31 +80,42 @@ void FavoritesSync::watch()
 
 void FavoritesSync::favoritesTouched()
 {
-    if (m_on)
+    // The tree reading the folder again after a round changed it is no change of the Favorites.
+    if (m_on && !m_showingRound)
         m_soon.start(kWriteDelayMs);
+}
+
+FavoritesSync::FileMark FavoritesSync::markOf(const QString& path)
+{
+    struct stat st {};
+    if (::stat(QFile::encodeName(path).constData(), &st) != 0)
+        return {};
+    return {quint64(st.st_ino), qint64(st.st_mtim.tv_sec) * 1000000000 + st.st_mtim.tv_nsec, qint64(st.st_size)};
 }
 
 void FavoritesSync::fileTouched()
 {
     if (!m_on)
         return;
-    // What this machine wrote itself comes back as a change of the file: nothing to do.
-    QFile file(m_file);
-    if (file.size() <= SyncRound::kMaxFileBytes && file.open(QIODevice::ReadOnly)
-        && SyncState::hashOf(file.readAll()) == m_state.agreed && !m_fileSoon.isActive())
+    // What this machine wrote itself, or another file of the folder, comes as a change too: the
+    // file is looked at, not read, and left alone while it is as the last round left it.
+    if (!m_fileSoon.isActive() && markOf(m_file) == m_fileMark)
         return;
     m_fileSoon.start(kFileSettleMs);
 }
 
 FavoritesSync::Done FavoritesSync::runRound(const QString& favorites, const QString& file, const QString& machine,
-                                            SyncState::State state, bool fileChanged)
+                                            SyncState::State state, bool load, bool fileChanged)
 {
     Done done;
+    if (load)
+        state = SyncState::load(SyncState::path()); // the first round reads it, not the start
     const SyncState::State before = state;
     done.outcome = SyncRound::run(favorites, file, machine, &state, fileChanged);
     if (!(state == before))
         SyncState::save(SyncState::path(), state);
     done.state = std::move(state);
+    done.fileMark = markOf(file);
     return done;
 }
 
@@ -130,7 +139,7 @@ void FavoritesSync::startRound(bool fileChanged)
     }
     m_again = false;
     m_round.setFuture(QtConcurrent::run(&FavoritesSync::runRound, globals().FavoritesPath, m_file, m_machine, m_state,
-                                        onlyTheFile(fileChanged)));
+                                        !m_loaded, onlyTheFile(fileChanged)));
 }
 
 void FavoritesSync::roundFinished()
@@ -147,6 +156,8 @@ void FavoritesSync::roundFinished()
 void FavoritesSync::take(const Done& done)
 {
     m_state = done.state;
+    m_loaded = true;
+    m_fileMark = done.fileMark;
     const SyncRound::Outcome& outcome = done.outcome;
     const QString line = outcome.logText(m_file);
     // A file that cannot be used is said once, until something else happens.
@@ -154,8 +165,11 @@ void FavoritesSync::take(const Done& done)
         EventLog::write(line);
     m_lastLogged = outcome.problem.isEmpty() ? QString() : line;
     watch();
-    if (outcome.folderChanged)
+    if (outcome.folderChanged) {
+        m_showingRound = true;
         emit favoritesChanged();
+        m_showingRound = false;
+    }
     emit roundDone(outcome);
 }
 
@@ -167,7 +181,7 @@ SyncRound::Outcome FavoritesSync::syncNow(bool fileChanged)
     }
     if (!m_on)
         return {};
-    const Done done = runRound(globals().FavoritesPath, m_file, m_machine, m_state, onlyTheFile(fileChanged));
+    const Done done = runRound(globals().FavoritesPath, m_file, m_machine, m_state, !m_loaded, onlyTheFile(fileChanged));
     take(done);
     return done.outcome;
 }

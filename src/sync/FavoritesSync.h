@@ -62,14 +62,26 @@ signals:
     void roundDone(const SyncRound::Outcome& outcome);
 
 private:
+    // The file as the file system tells it: a new one, a change, or the same as before.
+    struct FileMark
+    {
+        quint64 inode = 0;
+        qint64 modified = 0; // ns
+        qint64 size = -1;
+        bool operator==(const FileMark&) const = default;
+    };
+    static FileMark markOf(const QString& path);
+
     struct Done
     {
         SyncRound::Outcome outcome;
         SyncState::State state;
+        FileMark fileMark; // the file when the round ended
     };
-    // What a round works on, and what it gives back; runs on any thread.
+    // What a round works on, and what it gives back; runs on any thread. `load`: the agreement is
+    // read from its file first.
     static Done runRound(const QString& favorites, const QString& file, const QString& machine,
-                         SyncState::State state, bool fileChanged);
+                         SyncState::State state, bool load, bool fileChanged);
 
     void startRound(bool fileChanged);
     void roundFinished();
@@ -88,7 +100,9 @@ private:
     QString m_file;
     QString m_machine;
     bool m_on = false;
-    bool m_loaded = false;
+    bool m_loaded = false;      // the agreement was read from its file
+    bool m_showingRound = false; // the tree follows what a round changed
+    FileMark m_fileMark;
     bool m_again = false; // something changed while a round went on
     SyncState::State m_state;
     QString m_lastLogged;

@@ -140,6 +140,39 @@ private slots:
         QVERIFY(QFile::exists(m_dir->filePath("data/Trash/files/From the laptop.URL")));
     }
 
+    void theTreeFollowingARoundIsNoChangeOfTheFavorites()
+    {
+        // As the window does: what a round changed is read again into the model.
+        connect(m_sync.get(), &FavoritesSync::favoritesChanged, m_model.get(), &FavoritesModel::rebuild);
+        m_sync->setFile(shared(), true);
+        m_sync->syncNow();
+        QSignalSpy done(m_sync.get(), &FavoritesSync::roundDone);
+        SyncFile::Read file = SyncFile::read(bytesOf(shared()));
+        file.tree.insert("laptop-2", {QString(), false, "Radio", "https://radio.example/"});
+        writeBytes(shared(), SyncFile::write(file.tree, "laptop"));
+        QVERIFY(QTest::qWaitFor([&] { return done.count() == 1; }, FavoritesSync::kFileSettleMs + 5000));
+        QVERIFY(m_model->find("Radio"));
+        // No second round for the model's own rebuild.
+        QTest::qWait(FavoritesSync::kWriteDelayMs + 500);
+        QCOMPARE(done.count(), 1);
+    }
+
+    void theAgreementIsReadAgainAtTheNextStart()
+    {
+        m_sync->setFile(shared(), true);
+        m_sync->syncNow();
+        m_sync.reset(); // the program ends
+        QVERIFY(QFile::remove(favorites() + "/News/Paper.url")); // deleted while it was not running
+        m_sync = std::make_unique<FavoritesSync>(m_model.get());
+        m_sync->setMachine("desk");
+        m_sync->setFile(shared(), true);
+        m_sync->syncNow();
+        // Known as agreed before, so taken as deleted here, not brought back from the file.
+        QVERIFY(!QFile::exists(favorites() + "/News/Paper.url"));
+        QVERIFY(!QFile::exists(favorites() + "/News/Paper.URL"));
+        QCOMPARE(titlesIn(shared()), QStringList{"News"});
+    }
+
     void aFileThatCannotBeUsedIsSaidOnceAndLeftAlone()
     {
         m_sync->setFile(shared(), true);
