@@ -225,7 +225,7 @@ DoorMessage::Reply answer(const DoorMessage::Request& request, Verbs& verbs, Doo
     return carryOut(command, verbs, host, request.folder, request.activationToken);
 }
 
-QByteArray stateJson(const ProgramState& state)
+QJsonObject stateObject(const ProgramState& state)
 {
     QJsonArray windows;
     for (const WindowState& window : state.windows)
@@ -243,12 +243,16 @@ QByteArray stateJson(const ProgramState& state)
     for (const RunState& other : state.otherRuns)
         if (other.running)
             runs.append(runJson(other));
-    const QJsonObject object{{QStringLiteral("windows"), windows},
-                             {QStringLiteral("currentWindow"), state.currentSlot},
-                             {QStringLiteral("newWindowMode"), state.newWindowMode},
-                             {QStringLiteral("run"), state.run.running ? QJsonValue(runJson(state.run)) : QJsonValue()},
-                             {QStringLiteral("runs"), runs}};
-    return QJsonDocument(object).toJson(QJsonDocument::Compact);
+    return {{QStringLiteral("windows"), windows},
+            {QStringLiteral("currentWindow"), state.currentSlot},
+            {QStringLiteral("newWindowMode"), state.newWindowMode},
+            {QStringLiteral("run"), state.run.running ? QJsonValue(runJson(state.run)) : QJsonValue()},
+            {QStringLiteral("runs"), runs}};
+}
+
+QByteArray stateJson(const ProgramState& state)
+{
+    return QJsonDocument(stateObject(state)).toJson(QJsonDocument::Compact);
 }
 
 } // namespace DoorCommands

@@ -4,6 +4,7 @@
 #include "core/DoorMessage.h"
 
 #include <QByteArray>
+#include <QJsonObject>
 
 class Verbs;
 struct ProgramState;
@@ -37,5 +38,7 @@ DoorMessage::Reply answer(const DoorMessage::Request& request, Verbs& verbs, Doo
 // The state as one line of JSON: the windows (slot, title, address, state), the runs (list,
 // position, seconds to the next page, paused) and the current window.
 QByteArray stateJson(const ProgramState& state);
+// The same as an object, for a door that tells more beside it.
+QJsonObject stateObject(const ProgramState& state);
 
 } // namespace DoorCommands

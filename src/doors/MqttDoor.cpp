@@ -8,8 +8,6 @@
 #include "watch/EventLog.h"
 
 #include <QCoreApplication>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 MqttDoor::MqttDoor(Verbs* verbs, DoorHost* host, QObject* parent)
     : QObject(parent), m_verbs(verbs), m_host(host), m_client(this)

@@ -12,7 +12,7 @@ namespace StateMessage {
 
 QByteArray json(const Verbs& verbs)
 {
-    QJsonObject state = QJsonDocument::fromJson(DoorCommands::stateJson(verbs.state())).object();
+    QJsonObject state = DoorCommands::stateObject(verbs.state());
     state.insert(QStringLiteral("lists"), QJsonArray::fromStringList(verbs.listNames()));
     state.insert(QStringLiteral("version"), QCoreApplication::applicationVersion());
     return QJsonDocument(state).toJson(QJsonDocument::Compact);
