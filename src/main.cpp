@@ -19,6 +19,7 @@
 #include <QDir>
 #include <QIcon>
 #include <QThread>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -130,12 +131,13 @@ int main(int argc, char* argv[])
     if (!bus.publish(QDBusConnection::sessionBus(), &noBus))
         EventLog::write(QStringLiteral("not on the session bus: %1").arg(noBus));
     // And on an MQTT broker, when a person switched it on; it connects behind the start.
+    // Both read their secrets once the window is up, so that a secret store never holds the start.
     MqttDoor mqtt(window->verbs(), &host);
-    mqtt.applySetting();
+    QTimer::singleShot(0, &mqtt, &MqttDoor::applySetting);
     window->setMqttDoor(&mqtt);
     // And a page for a phone's browser, when a person switched it on.
     RemotePage remote(window->verbs(), &host);
-    remote.applySetting();
+    QTimer::singleShot(0, &remote, &RemotePage::applySetting);
     window->setRemotePage(&remote);
     // This start's own pages or run, as a second start's would be.
     if (request.action != CommandRequest::Action::Open || !request.pages.isEmpty()) {

@@ -41,6 +41,8 @@ public:
     // Connected, and the broker took the subscription to the commands.
     bool isListening() const { return m_client.isConnected() && m_listening; }
     QString base() const { return m_settings.base(); }
+    // What it runs with now.
+    const MqttSettings& settings() const { return m_settings; }
     // Why it is not connected, while it is not; empty while it connects the first time.
     QString problem() const { return m_lastProblem; }
     MqttClient* client() { return &m_client; }

@@ -132,11 +132,13 @@ void MqttDialog::showSettings()
 
 void MqttDialog::showStatus()
 {
+    if (!isVisible() && !m_status->text().isEmpty())
+        return; // nobody looks: the settings file is not read each second
     if (!m_door) {
         m_status->setText(tr("Not connected"));
         return;
     }
-    const MqttSettings s = MqttSettings::read();
+    const MqttSettings& s = m_door->settings();
     if (!s.enabled)
         m_status->setText(tr("Off"));
     else if (m_door->isConnected())

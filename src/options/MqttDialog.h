@@ -7,6 +7,7 @@
 
 class MqttDoor;
 class QCheckBox;
+class QFormLayout;
 class QLabel;
 class QLineEdit;
 class QSpinBox;
@@ -31,7 +32,7 @@ signals:
     void applied();
 
 private:
-    QLineEdit* fileRow(const QString& name, const QString& label, class QFormLayout* form);
+    QLineEdit* fileRow(const QString& name, const QString& label, QFormLayout* form);
     void okClicked();
     void showStatus();
 
