@@ -163,12 +163,15 @@ QHttpServerResponse RemotePage::api(const QString& verb, const QHttpServerReques
     if (!hostIsOurs(request))
         return refusal(QStringLiteral("not this server's name"), Status::Forbidden);
     const QString client = request.remoteAddress().toString();
-    switch (m_access.check(client, request.value(QByteArrayLiteral("X-Vantrel-Token")), m_clock.elapsed())) {
+    const QByteArray shown = request.value(QByteArrayLiteral("X-Vantrel-Token"));
+    switch (m_access.check(client, shown, m_clock.elapsed())) {
     case RemoteAccess::Verdict::Waiting:
         return refusal(QStringLiteral("too many wrong tokens: wait"), Status::TooManyRequests);
     case RemoteAccess::Verdict::WrongToken:
-        EventLog::write(QStringLiteral("The remote page refused %1: a wrong token").arg(client));
-        return refusal(QStringLiteral("a wrong token"), Status::Unauthorized);
+        // Whether a token came at all tells a guess from a page of another site; the token never.
+        EventLog::write(QStringLiteral("The remote page refused %1: %2").arg(client, shown.isEmpty() ? QStringLiteral("no token")
+                                                                                              : QStringLiteral("a wrong token")));
+        return refusal(shown.isEmpty() ? QStringLiteral("no token") : QStringLiteral("a wrong token"), Status::Unauthorized);
     case RemoteAccess::Verdict::Allowed:
         break;
     }

@@ -156,6 +156,7 @@ private slots:
     {
         // What a form of another site can send: a form body, no header of ours.
         QCOMPARE(ask("POST", "/api/open", {}, "address=https%3A%2F%2Fevil.example%2F", "application/x-www-form-urlencoded").status, 401);
+        QVERIFY(logText().contains("The remote page refused 127.0.0.1: no token"));
         QTest::qWait(int(RemoteAccess::kFirstWaitMs) + 100);
         // A name of another site pointed at 127.0.0.1: refused before the token is looked at.
         const QByteArray ours = QByteArray("127.0.0.1:") + QByteArray::number(m_page->port());
